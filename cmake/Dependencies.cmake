@@ -1,0 +1,19 @@
+# What the program and its tools are linked with; every library is an imported target here, so no
+# other file names a path. Versions are those of Debian 12.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+pkg_check_modules(ZSTD REQUIRED IMPORTED_TARGET libzstd)
+pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
+pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
+
+# FLTK brings neither a pkg-config file nor a dependable package file.
+find_path(FLTK_INCLUDE_DIR FL/Fl.H REQUIRED)
+find_library(FLTK_LIBRARY fltk REQUIRED)
+add_library(fltk INTERFACE)
+target_include_directories(fltk SYSTEM INTERFACE "${FLTK_INCLUDE_DIR}")
+target_link_libraries(fltk INTERFACE "${FLTK_LIBRARY}")
+
+if(QUIRLODUINO_BUILD_TESTS)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()
