@@ -1,0 +1,56 @@
+// The file and folder operations on which all logic stands. A path is a narrow text in the
+// system's code page that may separate its parts with '/' and '\' alike, and may hold several in a
+// row, on every platform; the texts themselves are never rewritten, only what the system is asked.
+//
+// Results: a pointer or null, true or false. Where the system gives a reason, it is in errno.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+
+// What StatPath tells of a file or folder.
+struct PathStatus {
+  std::uint64_t size;  // bytes; of no meaning for a folder
+  bool is_directory;
+};
+
+// A folder opened for listing.
+struct DirectoryHandle;
+
+// Opens a file with the modes of fopen. A folder is refused in every mode, also "r". Null on
+// failure; the caller closes the stream with fclose.
+std::FILE* OpenFile(const char* path, const char* mode);
+
+// True when a folder stands at `path` and can be opened. Nothing stays open.
+bool DirectoryExists(const char* path);
+
+// Opens a folder for listing; null when there is none or it can't be read. The caller owns the
+// handle until CloseDirectory.
+DirectoryHandle* OpenDirectory(const char* path);
+
+// The next name in the folder, "." and ".." among them, in the system's order; null at the end.
+// The text holds until the next call on the same handle.
+const char* NextDirectoryEntry(DirectoryHandle* directory);
+
+void CloseDirectory(DirectoryHandle* directory);
+
+// Makes one folder; its parent must exist. False on failure, also when it exists already.
+bool MakeDirectory(const char* path);
+
+// Removes a file; a folder is refused.
+bool RemoveFile(const char* path);
+
+// Removes a folder, which must be empty.
+bool RemoveEmptyDirectory(const char* path);
+
+// Follows links. False when nothing stands at `path` or it can't be looked at.
+bool StatPath(const char* path, PathStatus* status);
+
+// Writes `path` to `buffer` in the form that a library which opens files by itself (libzip) wants:
+// on Windows in UTF-8, elsewhere with '/' as the only separator. False when it doesn't fit into
+// `size` bytes.
+bool LibraryPath(const char* path, char* buffer, std::size_t size);
+
+// A buffer of this size holds every path that the system can open.
+inline constexpr std::size_t kLibraryPathSize = 4096;
