@@ -1,0 +1,5 @@
+#include "wizard/program_start.h"
+
+int main(int argc, char** argv) {
+  return StartProgram(argc, argv);
+}

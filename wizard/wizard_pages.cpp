@@ -1,0 +1,4 @@
+#include "wizard/wizard_pages.h"
+int StartWizard(int, char**) {
+  return 0;
+}
