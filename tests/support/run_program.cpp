@@ -1,0 +1,58 @@
+#include "tests/support/run_program.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+#include "tests/support/temp_dir.h"
+
+namespace {
+
+constexpr unsigned kSecondsAllowed = 60;
+
+void Redirect(const std::string& path, int descriptor) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+  if (file < 0 || dup2(file, descriptor) < 0) _exit(126);
+  close(file);
+}
+
+[[noreturn]] void Exec(const std::string& program, const std::vector<std::string>& arguments,
+                       const ProgramOptions& options, const std::string& output,
+                       const std::string& error) {
+  Redirect(output, STDOUT_FILENO);
+  Redirect(error, STDERR_FILENO);
+  if (!options.directory.empty() && chdir(options.directory.c_str()) != 0) _exit(126);
+  for (const std::string& name : options.without) unsetenv(name.c_str());
+  for (const std::string& setting : options.environment) {
+    const std::size_t equals = setting.find('=');
+    setenv(setting.substr(0, equals).c_str(), setting.substr(equals + 1).c_str(), 1);
+  }
+  if (options.ordinary_user && geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) {
+    _exit(126);
+  }
+  std::vector<char*> vector{const_cast<char*>(program.c_str())};
+  for (const std::string& argument : arguments)
+    vector.push_back(const_cast<char*>(argument.c_str()));
+  vector.push_back(nullptr);
+  alarm(kSecondsAllowed);
+  execv(program.c_str(), vector.data());
+  _exit(127);
+}
+
+}  // namespace
+
+ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
+                         const ProgramOptions& options) {
+  const TempDir streams;
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("fork failed");
+  if (child == 0) Exec(program, arguments, options, streams / "out", streams / "err");
+  int status = 0;
+  if (waitpid(child, &status, 0) != child) throw std::runtime_error("waitpid failed");
+  const int result = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return {result, ReadFile(streams / "out"), ReadFile(streams / "err")};
+}
