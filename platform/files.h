@@ -18,8 +18,8 @@ struct PathStatus {
 // A folder opened for listing.
 struct DirectoryHandle;
 
-// Opens a file with the modes of fopen. A folder is refused in every mode, also "r". Null on
-// failure; the caller closes the stream with fclose.
+// Opens a file with the modes of fopen. A folder is refused in every mode, also "r", with EACCES.
+// Null on failure; the caller closes the stream with fclose.
 std::FILE* OpenFile(const char* path, const char* mode);
 
 // True when a folder stands at `path` and can be opened. Nothing stays open.

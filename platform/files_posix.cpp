@@ -46,7 +46,10 @@ std::FILE* OpenFile(const char* path, const char* mode) {
   const SystemPath system_path(path);
   if (system_path.get() == nullptr) return nullptr;
   std::FILE* file = std::fopen(system_path.get(), mode);
-  if (file == nullptr) return nullptr;
+  if (file == nullptr) {
+    if (errno == EISDIR) errno = EACCES;  // one reason for a folder, whatever the mode
+    return nullptr;
+  }
   struct stat status;
   if (fstat(fileno(file), &status) != 0 || !S_ISDIR(status.st_mode)) return file;
   // Mode "r" opens a folder here, and only the first read would fail; Windows refuses it at once.
