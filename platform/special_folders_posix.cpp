@@ -54,7 +54,6 @@ bool ParseUserDirectory(const char* line, const char* key, const char* home, cha
     path[length++] = *line;
   }
   if (length >= kSpecialFolderSize || *line != '"') return false;
-  while (length > 1 && path[length - 1] == '/') --length;
   path[length] = '\0';
   return length > 0;
 }
@@ -75,8 +74,11 @@ bool UserDirectory(const char* key, const char* default_below_home, char* path) 
   if (file == nullptr) return found;
   char line[1024];
   char parsed[kSpecialFolderSize];
+  bool begins_line = true;  // an overlong line comes in pieces, of which only the first counts
   while (std::fgets(line, sizeof line, file) != nullptr) {
-    if (!ParseUserDirectory(line, key, home, parsed)) continue;
+    const bool is_rest = !begins_line;
+    begins_line = std::strchr(line, '\n') != nullptr;
+    if (is_rest || !ParseUserDirectory(line, key, home, parsed)) continue;
     std::memcpy(path, parsed, sizeof parsed);
     found = true;
   }
@@ -103,7 +105,12 @@ bool FindFolder(SpecialFolder folder, char* path) {
 
 bool SpecialFolderPath(SpecialFolder folder, char* path) {
   path[0] = '\0';
-  if (FindFolder(folder, path)) return true;
-  path[0] = '\0';
-  return false;
+  if (!FindFolder(folder, path)) {
+    path[0] = '\0';
+    return false;
+  }
+  for (std::size_t length = std::strlen(path); length > 1 && path[length - 1] == '/';) {
+    path[--length] = '\0';
+  }
+  return true;
 }
