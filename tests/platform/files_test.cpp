@@ -1,0 +1,288 @@
+#include "platform/files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/temp_dir.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using testing::UnorderedElementsAre;
+
+// A path longer than the system takes, which would name an existing folder if it were shorter.
+std::string OverlongPath(const std::string& folder) {
+  std::string path = folder;
+  while (path.size() < kLibraryPathSize) path += "/.";
+  return path;
+}
+
+std::string Content(std::FILE* file) {
+  std::string content;
+  for (int c = std::fgetc(file); c != EOF; c = std::fgetc(file)) content += static_cast<char>(c);
+  std::fclose(file);
+  return content;
+}
+
+class OpenFileSeparators : public testing::TestWithParam<const char*> {};
+
+TEST_P(OpenFileSeparators, ReachesTheFile) {
+  const TempDir dir;
+  WriteFile(dir / "lib/sub/file.txt", "content");
+  std::FILE* file = OpenFile((dir.path() + GetParam()).c_str(), "r");
+  ASSERT_NE(file, nullptr);
+  EXPECT_EQ(Content(file), "content");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OpenFileSeparators,
+                         testing::Values("/lib/sub/file.txt", "\\lib\\sub\\file.txt",
+                                         "\\lib/sub\\file.txt", "//lib//sub///file.txt",
+                                         "\\\\lib\\\\sub\\\\file.txt", "\\/lib/\\sub\\//file.txt"));
+
+class OpenFileModes : public testing::TestWithParam<const char*> {};
+
+TEST_P(OpenFileModes, FolderIsRefusedWithAccessDenied) {
+  const TempDir dir;
+  errno = 0;
+  EXPECT_EQ(OpenFile(dir.path().c_str(), GetParam()), nullptr);
+  EXPECT_EQ(errno, EACCES);
+}
+
+TEST_P(OpenFileModes, FolderWithTrailingSeparatorIsRefused) {
+  const TempDir dir;
+  EXPECT_EQ(OpenFile((dir.path() + "\\").c_str(), GetParam()), nullptr);
+  EXPECT_EQ(OpenFile((dir.path() + "/").c_str(), GetParam()), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OpenFileModes,
+                         testing::Values("r", "rb", "r+", "w", "wb", "w+", "a", "ab", "a+"));
+
+TEST(OpenFile, WritesThroughEitherSeparator) {
+  const TempDir dir;
+  fs::create_directory(dir / "lib");
+  std::FILE* file = OpenFile((dir.path() + "\\lib\\new.txt").c_str(), "wb");
+  ASSERT_NE(file, nullptr);
+  std::fputs("new", file);
+  std::fclose(file);
+  EXPECT_EQ(ReadFile(dir / "lib/new.txt"), "new");
+}
+
+TEST(OpenFile, MissingFileIsNull) {
+  const TempDir dir;
+  EXPECT_EQ(OpenFile((dir / "none").c_str(), "r"), nullptr);
+  EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(OpenFile, UnreadableFileIsNull) {
+  const TempDir dir;
+  WriteFile(dir / "secret", "content");
+  fs::permissions(dir / "secret", fs::perms::none);
+  const ScopedOrdinaryUser user;
+  EXPECT_EQ(OpenFile((dir / "secret").c_str(), "r"), nullptr);
+  EXPECT_EQ(errno, EACCES);
+}
+
+TEST(OpenFile, OverlongPathIsNull) {
+  const TempDir dir;
+  EXPECT_EQ(OpenFile(OverlongPath(dir.path()).c_str(), "r"), nullptr);
+  EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+TEST(DirectoryExists, FolderExistsWithAnyTrailingSeparators) {
+  const TempDir dir;
+  for (const char* ending : {"", "/", "\\", "//", "\\\\", "/\\", "\\/"}) {
+    EXPECT_TRUE(DirectoryExists((dir.path() + ending).c_str())) << ending;
+  }
+}
+
+TEST(DirectoryExists, FileIsNoFolder) {
+  const TempDir dir;
+  WriteFile(dir / "file", "content");
+  EXPECT_FALSE(DirectoryExists((dir / "file").c_str()));
+}
+
+TEST(DirectoryExists, MissingFolderDoesNotExist) {
+  const TempDir dir;
+  EXPECT_FALSE(DirectoryExists((dir / "none").c_str()));
+  EXPECT_FALSE(DirectoryExists(""));
+}
+
+TEST(DirectoryExists, FolderThatCannotBeReadDoesNotExist) {
+  const TempDir dir;
+  fs::create_directory(dir / "closed");
+  fs::permissions(dir / "closed", fs::perms::owner_write | fs::perms::others_exec);
+  const ScopedOrdinaryUser user;
+  EXPECT_FALSE(DirectoryExists((dir / "closed").c_str()));
+}
+
+TEST(DirectoryExists, LinkToAFolderExists) {
+  const TempDir dir;
+  fs::create_directory(dir / "target");
+  fs::create_directory_symlink("target", dir / "link");
+  EXPECT_TRUE(DirectoryExists((dir / "link").c_str()));
+}
+
+TEST(DirectoryExists, OverlongPathDoesNotExist) {
+  const TempDir dir;
+  EXPECT_FALSE(DirectoryExists(OverlongPath(dir.path()).c_str()));
+  EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+TEST(DirectoryExists, LeavesNothingOpen) {
+  const TempDir dir;
+  const auto open_handles = [] {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+  };
+  const auto before = open_handles();
+  DirectoryExists(dir.path().c_str());
+  EXPECT_EQ(open_handles(), before);
+}
+
+TEST(OpenDirectory, ListsEveryNameWithTheDots) {
+  const TempDir dir;
+  WriteFile(dir / "file", "");
+  fs::create_directory(dir / "folder");
+  DirectoryHandle* directory = OpenDirectory((dir.path() + "\\").c_str());
+  ASSERT_NE(directory, nullptr);
+  std::vector<std::string> names;
+  while (const char* name = NextDirectoryEntry(directory)) names.emplace_back(name);
+  CloseDirectory(directory);
+  EXPECT_THAT(names, UnorderedElementsAre(".", "..", "file", "folder"));
+}
+
+TEST(OpenDirectory, FileMissingFolderAndOverlongPathAreNull) {
+  const TempDir dir;
+  WriteFile(dir / "file", "");
+  EXPECT_EQ(OpenDirectory((dir / "file").c_str()), nullptr);
+  EXPECT_EQ(OpenDirectory((dir / "none").c_str()), nullptr);
+  EXPECT_EQ(OpenDirectory(OverlongPath(dir.path()).c_str()), nullptr);
+}
+
+TEST(MakeDirectory, MakesOneFolderWithEitherSeparator) {
+  const TempDir dir;
+  EXPECT_TRUE(MakeDirectory((dir.path() + "\\one").c_str()));
+  EXPECT_TRUE(MakeDirectory((dir.path() + "/one\\two/").c_str()));
+  EXPECT_TRUE(fs::is_directory(dir / "one/two"));
+}
+
+TEST(MakeDirectory, MissingParentFails) {
+  const TempDir dir;
+  EXPECT_FALSE(MakeDirectory((dir / "one/two").c_str()));
+  EXPECT_FALSE(fs::exists(dir / "one"));
+}
+
+TEST(MakeDirectory, ExistingFolderOrFileFails) {
+  const TempDir dir;
+  WriteFile(dir / "file", "content");
+  EXPECT_FALSE(MakeDirectory(dir.path().c_str()));
+  EXPECT_EQ(errno, EEXIST);
+  EXPECT_FALSE(MakeDirectory((dir / "file").c_str()));
+  EXPECT_EQ(ReadFile(dir / "file"), "content");
+}
+
+TEST(MakeDirectory, OverlongPathFails) {
+  const TempDir dir;
+  EXPECT_FALSE(MakeDirectory(OverlongPath(dir.path()).c_str()));
+}
+
+TEST(RemoveFile, RemovesAFileThroughEitherSeparator) {
+  const TempDir dir;
+  WriteFile(dir / "lib/file", "content");
+  EXPECT_TRUE(RemoveFile((dir.path() + "\\lib\\file").c_str()));
+  EXPECT_FALSE(fs::exists(dir / "lib/file"));
+}
+
+TEST(RemoveFile, FolderIsRefused) {
+  const TempDir dir;
+  fs::create_directory(dir / "empty");
+  EXPECT_FALSE(RemoveFile((dir / "empty").c_str()));
+  EXPECT_TRUE(fs::is_directory(dir / "empty"));
+}
+
+TEST(RemoveFile, LinkIsRemovedAndItsTargetStays) {
+  const TempDir dir;
+  WriteFile(dir / "target", "content");
+  fs::create_symlink("target", dir / "link");
+  EXPECT_TRUE(RemoveFile((dir / "link").c_str()));
+  EXPECT_EQ(ReadFile(dir / "target"), "content");
+}
+
+TEST(RemoveFile, MissingFileAndOverlongPathFail) {
+  const TempDir dir;
+  EXPECT_FALSE(RemoveFile((dir / "none").c_str()));
+  EXPECT_FALSE(RemoveFile(OverlongPath(dir.path()).c_str()));
+}
+
+TEST(RemoveEmptyDirectory, RemovesAnEmptyFolder) {
+  const TempDir dir;
+  fs::create_directory(dir / "empty");
+  EXPECT_TRUE(RemoveEmptyDirectory((dir.path() + "\\empty").c_str()));
+  EXPECT_FALSE(fs::exists(dir / "empty"));
+}
+
+TEST(RemoveEmptyDirectory, FolderWithAFileStays) {
+  const TempDir dir;
+  WriteFile(dir / "full/file", "content");
+  EXPECT_FALSE(RemoveEmptyDirectory((dir / "full").c_str()));
+  EXPECT_EQ(ReadFile(dir / "full/file"), "content");
+}
+
+TEST(RemoveEmptyDirectory, FileMissingFolderAndOverlongPathFail) {
+  const TempDir dir;
+  WriteFile(dir / "file", "content");
+  EXPECT_FALSE(RemoveEmptyDirectory((dir / "file").c_str()));
+  EXPECT_FALSE(RemoveEmptyDirectory((dir / "none").c_str()));
+  EXPECT_FALSE(RemoveEmptyDirectory(OverlongPath(dir.path()).c_str()));
+  EXPECT_TRUE(fs::exists(dir / "file"));
+}
+
+TEST(StatPath, TellsSizeOfAFile) {
+  const TempDir dir;
+  WriteFile(dir / "lib/file", "12345");
+  PathStatus status;
+  ASSERT_TRUE(StatPath((dir.path() + "\\lib\\file").c_str(), &status));
+  EXPECT_EQ(status.size, 5U);
+  EXPECT_FALSE(status.is_directory);
+}
+
+TEST(StatPath, SizeOfAFileBeyondFourGigabytesIsWhole) {
+  const TempDir dir;
+  WriteFile(dir / "sparse", "");
+  fs::resize_file(dir / "sparse", 5000000000U);
+  PathStatus status;
+  ASSERT_TRUE(StatPath((dir / "sparse").c_str(), &status));
+  EXPECT_EQ(status.size, 5000000000U);
+}
+
+TEST(StatPath, TellsAFolder) {
+  const TempDir dir;
+  PathStatus status;
+  ASSERT_TRUE(StatPath((dir.path() + "\\").c_str(), &status));
+  EXPECT_TRUE(status.is_directory);
+}
+
+TEST(StatPath, FollowsLinks) {
+  const TempDir dir;
+  WriteFile(dir / "target", "123");
+  fs::create_symlink("target", dir / "link");
+  fs::create_symlink("nothing", dir / "broken");
+  PathStatus status;
+  ASSERT_TRUE(StatPath((dir / "link").c_str(), &status));
+  EXPECT_EQ(status.size, 3U);
+  EXPECT_FALSE(StatPath((dir / "broken").c_str(), &status));
+}
+
+TEST(StatPath, MissingPathAndOverlongPathFail) {
+  const TempDir dir;
+  PathStatus status;
+  EXPECT_FALSE(StatPath((dir / "none").c_str(), &status));
+  EXPECT_FALSE(StatPath(OverlongPath(dir.path()).c_str(), &status));
+}
+
+}  // namespace
