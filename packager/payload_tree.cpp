@@ -1,0 +1,69 @@
+#include "packager/payload_tree.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "packager/refusal.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void RefuseUnreadable(const std::string& name, const std::error_code& error) {
+  throw Refusal(name, WithReason("can't be read", error.value()));
+}
+
+// The names in a folder, sorted, so that of several faults always the same one is told.
+std::vector<std::string> NamesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  fs::directory_iterator position(folder, error);
+  for (; !error && position != fs::directory_iterator(); position.increment(error)) {
+    names.push_back(position->path().filename().string());
+  }
+  if (error) RefuseUnreadable(folder.string(), error);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void AddFile(const fs::path& path, const std::string& name, PayloadTree* tree) {
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(path, error);
+  if (error) RefuseUnreadable(name, error);
+  tree->files.push_back({name, size});
+}
+
+void Walk(const std::string& folder, PayloadTree* tree) {
+  tree->folders.push_back(folder);
+  for (const std::string& child : NamesIn(tree->root / folder)) {
+    const std::string name = folder.empty() ? child : folder + "/" + child;
+    const fs::path path = tree->root / name;
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    if (status.type() == fs::file_type::symlink) {
+      throw Refusal(name, "a payload tree must not hold symbolic links");
+    }
+    if (status.type() == fs::file_type::directory) {
+      Walk(name, tree);
+    } else if (status.type() == fs::file_type::regular) {
+      AddFile(path, name, tree);
+    } else if (error) {
+      RefuseUnreadable(name, error);
+    } else {
+      throw Refusal(name, "a payload tree must not hold special files");
+    }
+  }
+}
+
+}  // namespace
+
+PayloadTree ReadPayloadTree(const fs::path& root) {
+  std::error_code error;
+  if (!fs::is_directory(root, error)) throw Refusal(root.string(), "no such folder");
+  PayloadTree tree{root, {}, {}};
+  Walk("", &tree);
+  std::sort(tree.files.begin(), tree.files.end(),
+            [](const PayloadFile& a, const PayloadFile& b) { return a.name < b.name; });
+  std::sort(tree.folders.begin(), tree.folders.end());
+  return tree;
+}
