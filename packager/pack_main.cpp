@@ -1,0 +1,69 @@
+// quirloduino-pack: packs a payload tree for the installer, lists one, verifies a packed one.
+// Exit status: 0 done, 1 wrong usage, 2 refused or failed, with one line on the error stream.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <thread>
+
+#include "packager/pack_commands.h"
+
+namespace {
+
+constexpr int kWrongUsage = 1;
+constexpr int kRefused = 2;
+
+int Complain(const char* text, int status) {
+  std::fprintf(stderr, "quirloduino-pack: %s\n", text);
+  return status;
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app{"Packs the files that the Quirloduino installer carries.", "quirloduino-pack"};
+  app.require_subcommand(1);
+
+  PackRequest request;
+  request.frame.threads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostThreads);
+  CLI::App* pack = app.add_subcommand("pack", "Pack a payload tree into a frame and its tables");
+  pack->add_option("TREE", request.tree, "The folder that holds the payload")->required();
+  pack->add_option("--output", request.output,
+                   "The folder to write payload.zst, payload.tbl and payload_tables.cpp into")
+      ->type_name("DIR")
+      ->required();
+  pack->add_option("--level", request.frame.level, "Zstandard level")
+      ->check(CLI::Range(kLowestLevel, kHighestLevel))
+      ->capture_default_str();
+  pack->add_option("--threads", request.frame.threads,
+                   "Threads to compress with; the output doesn't depend on it")
+      ->check(CLI::Range(1U, kMostThreads))
+      ->capture_default_str();
+  pack->add_option("--depfile", request.depfile,
+                   "Also write a Makefile-style list of all files and folders of the tree")
+      ->type_name("FILE");
+  pack->callback([&request] { PackTree(request); });
+
+  std::string listed;
+  CLI::App* list = app.add_subcommand("list", "List a payload tree in table order");
+  list->add_option("TREE", listed, "The folder that holds the payload")->required();
+  list->callback([&listed] { ListTree(listed); });
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return Complain(error.what(), kWrongUsage);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    return Complain(error.what(), kRefused);
+  }
+}
