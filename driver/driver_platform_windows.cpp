@@ -1,0 +1,216 @@
+// windows.h first: the others build on it.
+#include <windows.h>
+
+#include <cfgmgr32.h>
+#include <setupapi.h>
+
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+#include "driver/driver_platform.h"
+
+// The system's records and ours are copied into one another bit by bit.
+static_assert(sizeof(InfContext) == sizeof(INFCONTEXT));
+static_assert(offsetof(InfContext, section) == offsetof(INFCONTEXT, Section));
+static_assert(offsetof(InfContext, line) == offsetof(INFCONTEXT, Line));
+static_assert(sizeof(DeviceInfo) == sizeof(SP_DEVINFO_DATA));
+static_assert(offsetof(DeviceInfo, class_id) == offsetof(SP_DEVINFO_DATA, ClassGuid));
+static_assert(offsetof(DeviceInfo, instance) == offsetof(SP_DEVINFO_DATA, DevInst));
+static_assert(offsetof(DeviceInfo, reserved) == offsetof(SP_DEVINFO_DATA, Reserved));
+
+static_assert(INF_STYLE_WIN4 == 2 && SPOST_NONE == 0 && SP_COPY_DELETESOURCE == 1);
+static_assert(DIGCF_ALLCLASSES == 4);
+static_assert(kHardwareIdProperty == SPDRP_HARDWAREID);
+static_assert(kCompatibleIdsProperty == SPDRP_COMPATIBLEIDS);
+static_assert(kConfigFlagsProperty == SPDRP_CONFIGFLAGS);
+static_assert(kTypeDword == REG_DWORD && kTypeMultiString == REG_MULTI_SZ);
+static_assert(kNoSuchDeviceInstance == CR_NO_SUCH_DEVINST);
+static_assert(kQueryAndSetValue == (KEY_QUERY_VALUE | KEY_SET_VALUE));
+static_assert(kRegistryView64 == KEY_WOW64_64KEY && kRegistryView32 == KEY_WOW64_32KEY);
+static_assert(FORMAT_MESSAGE_FROM_SYSTEM == 0x1000);
+static_assert(sizeof(DWORD) == sizeof(std::uint32_t) && sizeof(UINT) == sizeof(std::uint32_t));
+
+namespace {
+
+// Calls `operation` with the system's form of `ours`, which may be changed by it.
+template <typename System, typename Ours, typename Operation>
+BOOL WithSystemForm(Ours* ours, Operation operation) {
+  System system = std::bit_cast<System>(*ours);
+  const BOOL result = operation(&system);
+  *ours = std::bit_cast<Ours>(system);
+  return result;
+}
+
+using UpdateDriverFunction = BOOL(WINAPI*)(HWND, LPCSTR, LPCSTR, DWORD, PBOOL);
+
+// The library from the system's own folder and from nowhere else: it is not among those that the
+// system protects from a file of the same name beside the executable, so it is neither linked nor
+// loaded by its bare name alone.
+HMODULE LoadSystemLibrary(const char* name) {
+  HMODULE library = LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (library != nullptr) return library;
+  // A system without the update that brought this flag (Windows XP, and 7 as first released, the
+  // ones that need a driver most) refuses it; there the whole path does the same.
+  char path[MAX_PATH];
+  const UINT length = GetSystemDirectoryA(path, sizeof path);
+  const std::size_t name_length = std::strlen(name);
+  if (length == 0 || length + 1 + name_length >= sizeof path) return nullptr;
+  path[length] = '\\';
+  std::memcpy(path + length + 1, name, name_length + 1);
+  return LoadLibraryExA(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
+// Looked up at the first use and kept for the life of the process; null when it isn't to be had.
+UpdateDriverFunction FindUpdateDriver() {
+  static const UpdateDriverFunction function = [] {
+    HMODULE library = LoadSystemLibrary("newdev.dll");
+    if (library == nullptr) return UpdateDriverFunction{nullptr};
+    return reinterpret_cast<UpdateDriverFunction>(
+        reinterpret_cast<void*>(GetProcAddress(library, "UpdateDriverForPlugAndPlayDevicesA")));
+  }();
+  return function;
+}
+
+}  // namespace
+
+// ---- INF files --------------------------------------------------------------------------------
+
+InfFile* OpenInfFile(const char* name) {
+  HINF file = SetupOpenInfFileA(name, nullptr, INF_STYLE_WIN4, nullptr);
+  return file == INVALID_HANDLE_VALUE ? nullptr : static_cast<InfFile*>(file);
+}
+
+void CloseInfFile(InfFile* file) {
+  SetupCloseInfFile(file);
+}
+
+bool FindFirstInfLine(InfFile* file, const char* section, InfContext* context) {
+  INFCONTEXT found;
+  if (!SetupFindFirstLineA(file, section, nullptr, &found)) return false;
+  *context = std::bit_cast<InfContext>(found);
+  return true;
+}
+
+bool FindNextInfLine(InfContext* context) {
+  return WithSystemForm<INFCONTEXT>(
+             context, [](INFCONTEXT* line) { return SetupFindNextLine(line, line); }) != FALSE;
+}
+
+bool GetInfLineText(InfContext* context, char* buffer, std::uint32_t size) {
+  return WithSystemForm<INFCONTEXT>(context, [&](INFCONTEXT* line) {
+           return SetupGetLineTextA(line, nullptr, nullptr, nullptr, buffer, size, nullptr);
+         }) != FALSE;
+}
+
+bool GetInfKeyText(InfFile* file, const char* section, const char* key, char* buffer,
+                   std::uint32_t size) {
+  return SetupGetLineTextA(nullptr, file, section, key, buffer, size, nullptr) != FALSE;
+}
+
+bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_size) {
+  DWORD required = 0;
+  if (!SetupGetInfFileListA(nullptr, INF_STYLE_WIN4, buffer, size, &required)) return false;
+  if (required_size != nullptr) *required_size = required;
+  return true;
+}
+
+bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
+  return SetupCopyOEMInfA(path, nullptr, SPOST_NONE, SP_COPY_DELETESOURCE, installed_name, size,
+                          nullptr, nullptr) != FALSE;
+}
+
+// ---- Devices ----------------------------------------------------------------------------------
+
+bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf_path) {
+  const UpdateDriverFunction update = FindUpdateDriver();
+  if (update == nullptr) return false;
+  return update(static_cast<HWND>(parent_window), hardware_id, inf_path, 0, nullptr) != FALSE;
+}
+
+// An invalid set (INVALID_HANDLE_VALUE, not null) goes through as it is: the calls below take it
+// and fail.
+DeviceSet* OpenDeviceSet() {
+  return static_cast<DeviceSet*>(SetupDiGetClassDevsA(nullptr, nullptr, nullptr, DIGCF_ALLCLASSES));
+}
+
+bool EnumerateDevice(DeviceSet* set, std::uint32_t index, DeviceInfo* device) {
+  return WithSystemForm<SP_DEVINFO_DATA>(device, [&](SP_DEVINFO_DATA* data) {
+           return SetupDiEnumDeviceInfo(set, index, data);
+         }) != FALSE;
+}
+
+bool GetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t property,
+                       std::uint32_t* type, void* buffer, std::uint32_t size) {
+  DWORD found_type = 0;
+  const BOOL result = WithSystemForm<SP_DEVINFO_DATA>(device, [&](SP_DEVINFO_DATA* data) {
+    return SetupDiGetDeviceRegistryPropertyA(set, data, property, &found_type,
+                                             static_cast<BYTE*>(buffer), size, nullptr);
+  });
+  if (result == FALSE) return false;
+  *type = found_type;
+  return true;
+}
+
+bool SetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t property,
+                       const void* value, std::uint32_t size) {
+  return WithSystemForm<SP_DEVINFO_DATA>(device, [&](SP_DEVINFO_DATA* data) {
+           return SetupDiSetDeviceRegistryPropertyA(set, data, property,
+                                                    static_cast<const BYTE*>(value), size);
+         }) != FALSE;
+}
+
+void CloseDeviceSet(DeviceSet* set) {
+  SetupDiDestroyDeviceInfoList(set);
+}
+
+std::uint32_t GetDeviceNodeStatus(std::uint32_t instance) {
+  ULONG status = 0;
+  ULONG problem = 0;
+  return CM_Get_DevNode_Status(&status, &problem, instance, 0);
+}
+
+// ---- Registry ---------------------------------------------------------------------------------
+
+RegistryKey* OpenMachineKey(const char* path, std::uint32_t access) {
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, access, &key) != ERROR_SUCCESS) return nullptr;
+  return reinterpret_cast<RegistryKey*>(key);
+}
+
+bool QueryRegistryValue(RegistryKey* key, const char* name, std::uint32_t* type, void* data,
+                        std::uint32_t* size) {
+  DWORD found_type = 0;
+  DWORD found_size = *size;
+  if (RegQueryValueExA(reinterpret_cast<HKEY>(key), name, nullptr, &found_type,
+                       static_cast<BYTE*>(data), &found_size) != ERROR_SUCCESS) {
+    return false;
+  }
+  if (type != nullptr) *type = found_type;
+  *size = found_size;
+  return true;
+}
+
+bool SetRegistryValue(RegistryKey* key, const char* name, std::uint32_t type, const void* data,
+                      std::uint32_t size) {
+  return RegSetValueExA(reinterpret_cast<HKEY>(key), name, 0, type, static_cast<const BYTE*>(data),
+                        size) == ERROR_SUCCESS;
+}
+
+void CloseRegistryKey(RegistryKey* key) {
+  RegCloseKey(reinterpret_cast<HKEY>(key));
+}
+
+// ---- The rest ---------------------------------------------------------------------------------
+
+std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size) {
+  return GetTempPathA(size, path);
+}
+
+std::uint32_t LastSystemError() {
+  return GetLastError();
+}
+
+void GetSystemMessage(std::uint32_t code, char* text, std::uint32_t size) {
+  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text, size, nullptr);
+}
