@@ -1,0 +1,36 @@
+#include "Arduino.h"
+#include "quirlo_io.h"
+
+#define TICKS_PER_MILLISECOND (F_CPU / 64000u)
+
+static uint32_t milliseconds;
+static uint16_t counted;
+
+// The counter wraps after 65,536 ticks, a quarter of a second at 16 MHz, so the time must be asked
+// for more often than that. loop() and delay() do so in every sensible sketch.
+uint32_t millis(void) {
+  uint16_t passed = (uint16_t)(QUIRLO_TIMER - counted);
+  uint16_t whole = (uint16_t)(passed / TICKS_PER_MILLISECOND);
+  milliseconds += whole;
+  counted = (uint16_t)(counted + whole * TICKS_PER_MILLISECOND);
+  return milliseconds;
+}
+
+uint32_t micros(void) {
+  uint32_t whole = millis();
+  uint16_t rest = (uint16_t)(QUIRLO_TIMER - counted);
+  return whole * 1000u + rest * 1000ul / TICKS_PER_MILLISECOND;
+}
+
+void delay(uint32_t wanted) {
+  uint32_t start = millis();
+  while (millis() - start < wanted) yield();
+}
+
+void delayMicroseconds(uint32_t wanted) {
+  uint32_t start = micros();
+  while (micros() - start < wanted) {
+  }
+}
+
+__attribute__((weak)) void yield(void) {}

@@ -1,0 +1,3 @@
+@echo off
+rem Stands for the steps after an install. The sample has none.
+exit /b 0
