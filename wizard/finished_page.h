@@ -1,0 +1,5 @@
+// The last page. Only Done works on it.
+#pragma once
+
+// Adds the page to the current group.
+void BuildFinishedPage();
