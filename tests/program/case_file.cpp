@@ -98,7 +98,6 @@ std::string FillIn(const std::string& text, const std::string& host) {
   if (pad == std::string::npos) return filled;
   const std::size_t end = filled.find('}', pad);
   const std::size_t wanted = std::stoul(filled.substr(pad + 5, end - pad - 5));
-  const std::size_t equals = filled.find('=');  // the path is what stands behind --dir=
-  const std::size_t start = equals == std::string::npos || equals > pad ? 0 : equals + 1;
+  const std::size_t start = filled.find(host);  // the path begins with the host folder
   return filled.replace(pad, end + 1 - pad, wanted - (pad - start), 'x');
 }

@@ -59,11 +59,13 @@ void Make(const std::string& folder) {
            {{"processing/app/Base.class", ForgeMember(2401002797, 66872)},
             {"processing/app/Editor.class", ForgeMember(2413777285, 64137)},
             {"processing/app/SketchController.class", ForgeMember(2438169598, 20990)},
+            {"processing/app/EditorTab.class", "the IDE's own EditorTab"},
             {"other/Untouched.class", "stays as it is"}});
   WriteJar(folder + "/lib/arduino-core.jar",
            {{"processing/app/BaseNoGui.class", ForgeMember(615671971, 29175)},
             {"cc/arduino/Compiler.class", ForgeMember(1630912337, 31122)},
             {"processing/app/debug/TargetPlatform.class", ForgeMember(1881501952, 925)},
+            {"cc/arduino/UploaderUtils.class", "the IDE's own UploaderUtils"},
             {"other/Untouched.class", "stays as it is"}});
 }
 
