@@ -1,12 +1,18 @@
 #include "packager/depfile.h"
 
+#include "packager/refusal.h"
+
 namespace fs = std::filesystem;
 
 namespace {
 
 // Absolute without resolving links: the build tool must see the name that it gave itself.
 std::string Prerequisite(const fs::path& path) {
-  return EscapeForDepfile(fs::absolute(path).lexically_normal().string());
+  const std::string text = fs::absolute(path).lexically_normal().string();
+  if (text.find('\n') != std::string::npos) {
+    throw Refusal(text, "a dependency file can't hold a path with a line end");
+  }
+  return EscapeForDepfile(text);
 }
 
 }  // namespace

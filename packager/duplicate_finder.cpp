@@ -23,11 +23,14 @@ std::uint32_t ChecksumOf(const std::filesystem::path& root, const PayloadFile& f
   return CksumFinish(crc, file.size);
 }
 
+// No content can hold a file of this size, so there is no use in reading it.
+constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32;
+
 // The files that can have a twin at all, by size and in table order.
 std::map<std::uint64_t, Indices> BySize(const std::vector<PayloadFile>& files) {
   std::map<std::uint64_t, Indices> by_size;
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (files[i].size > 0 && files[i].name.starts_with(kAliasFolder)) {
+    if (files[i].size > 0 && files[i].size < kTooLarge && files[i].name.starts_with(kAliasFolder)) {
       by_size[files[i].size].push_back(i);
     }
   }

@@ -1,6 +1,7 @@
 #include "packager/entry_names.h"
 
 #include <algorithm>
+#include <iterator>
 
 std::optional<AliasParts> SplitAlias(std::string_view name) {
   const std::size_t position = name.find(kAliasSeparator);
@@ -33,7 +34,8 @@ std::string_view AfterFirstComponent(std::string_view name) {
 bool IsArchiveObject(std::string_view name) {
   if (!IsReleasePrefixed(name) || !name.ends_with(".class")) return false;
   const std::string_view rest = AfterFirstComponent(name);
-  return rest.starts_with("WINDOWS/pde.jar/") || rest.starts_with("WINDOWS/arduino-core.jar/");
+  return std::any_of(std::begin(kArchiveTrees), std::end(kArchiveTrees),
+                     [rest](std::string_view tree) { return rest.starts_with(tree); });
 }
 
 char FoldCase(char c) {

@@ -12,7 +12,9 @@ inline constexpr std::string_view kAliasSeparator = " --> ";
 // The only folder in which the installer looks for aliases.
 inline constexpr std::string_view kAliasFolder = "arm/";
 
-inline constexpr std::string_view kWindowsFolder = "WINDOWS/";
+// Where, below a release, the class files of the host's two archives stand.
+inline constexpr std::string_view kArchiveTrees[] = {"WINDOWS/pde.jar/",
+                                                     "WINDOWS/arduino-core.jar/"};
 
 struct AliasParts {
   std::string_view left;    // the path to install

@@ -36,8 +36,9 @@ void AddFile(const fs::path& path, const std::string& name, PayloadTree* tree) {
 void Walk(const std::string& folder, PayloadTree* tree) {
   tree->folders.push_back(folder);
   for (const std::string& child : NamesIn(tree->root / folder)) {
-    const std::string name = folder.empty() ? child : folder + "/" + child;
-    const fs::path path = tree->root / name;
+    const fs::path relative = fs::path(folder) / child;
+    const std::string name = relative.generic_string();
+    const fs::path path = tree->root / relative;
     std::error_code error;
     const fs::file_status status = fs::symlink_status(path, error);
     if (status.type() == fs::file_type::symlink) {

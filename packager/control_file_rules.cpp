@@ -1,0 +1,89 @@
+#include "packager/control_file_rules.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "packager/refusal.h"
+#include "recognition/zipcksum_line.h"
+#include "store/location_value.h"
+
+namespace {
+
+constexpr std::string_view kZipcksum = "zipcksum:";
+constexpr std::string_view kKeywords[] = {"dir:", "file:", "version:", "zipfile:", kZipcksum};
+
+bool IsFolderKey(std::string_view key) {
+  return key.ends_with("_SUBDIR");
+}
+
+// The look-up takes the first place that holds the key's text. Were that a comment or part of
+// something else, then the setting would be missed or, worse, the wrong text returned.
+void CheckKeyBeginsItsLine(std::string_view name, std::string_view content,
+                           const std::string& key) {
+  const std::size_t position = content.find(key);
+  if (position == std::string_view::npos) throw Refusal(name, key + " is missing");
+  const std::size_t line_end =
+      position == 0 ? std::string_view::npos : content.find_last_of('\n', position - 1);
+  const std::size_t line = line_end == std::string_view::npos ? 0 : line_end + 1;
+  const std::string_view before = content.substr(line, position - line);
+  if (before.starts_with('#')) {
+    throw Refusal(name, key + " stands in a comment, where the look-up finds it first");
+  }
+  if (before.find_first_not_of(" \t\r\v\f") != std::string_view::npos) {
+    throw Refusal(name, key + " stands within other text, where the look-up finds it first");
+  }
+}
+
+void CheckLocation(std::string_view name, std::string_view content, const char* key) {
+  const std::string key_text = key;
+  CheckKeyBeginsItsLine(name, content, key_text);
+  char value[kLocationValueSize];
+  if (!FindLocationValue(reinterpret_cast<const unsigned char*>(content.data()), content.size(),
+                         key, value)) {
+    throw Refusal(name, key_text + " has no value in double quotes");
+  }
+  const std::string_view text = value;
+  if (text.find_first_of("\r\n") != std::string_view::npos) {
+    throw Refusal(name, key_text + " has a value without a closing quote");
+  }
+  if (text.size() == kLocationValueSize - 1) {
+    throw Refusal(name, key_text + " has a value of 255 characters or more, which may be cut");
+  }
+  if (IsFolderKey(key_text) && !text.ends_with('/')) {
+    throw Refusal(name, key_text + " names a folder, so its value must end in \"/\"");
+  }
+}
+
+bool HasKeyword(std::string_view line) {
+  return std::any_of(std::begin(kKeywords), std::end(kKeywords),
+                     [line](std::string_view keyword) { return line.starts_with(keyword); });
+}
+
+void CheckCriteriaLine(std::string_view name, std::string_view line, std::size_t number) {
+  const std::string place = "line " + std::to_string(number);
+  if (HasKeyword(line) && line.ends_with('\r')) {
+    throw Refusal(name, place + " ends in a carriage return");
+  }
+  if (!line.starts_with(kZipcksum)) return;
+  std::string argument(line.substr(kZipcksum.size()));
+  ZipcksumLine parts;
+  if (!SplitZipcksumLine(argument.data(), &parts)) {
+    throw Refusal(name, place + " is a malformed zipcksum line");
+  }
+}
+
+}  // namespace
+
+void CheckLocations(std::string_view name, std::string_view content) {
+  for (const char* key : kLocationKeys) CheckLocation(name, content, key);
+}
+
+void CheckCriteriaFile(std::string_view name, std::string_view content) {
+  std::size_t number = 0;
+  while (!content.empty()) {
+    const std::size_t end = std::min(content.find('\n'), content.size());
+    CheckCriteriaLine(name, content.substr(0, end), ++number);
+    content.remove_prefix(std::min(end + 1, content.size()));
+  }
+}
