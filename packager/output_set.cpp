@@ -8,18 +8,16 @@
 namespace fs = std::filesystem;
 
 OutputSet::OutputSet(std::vector<fs::path> paths) : paths_(std::move(paths)) {
-  for (const fs::path& path : paths_) {
-    std::error_code error;
-    fs::remove(path, error);
-    // A path below something that isn't a folder can't hold an earlier file either.
-    if (error && error != std::errc::not_a_directory) {
-      throw Refusal(path.string(), WithReason("can't be removed", error.value()));
-    }
-  }
+  RemoveEarlier();
 }
 
 OutputSet::~OutputSet() {
   if (!committed_) RemoveAll();
+}
+
+void OutputSet::Add(const fs::path& path) {
+  paths_.push_back(path);
+  RemoveEarlier();
 }
 
 void OutputSet::MakeFolders() {
@@ -51,5 +49,16 @@ void OutputSet::RemoveAll() noexcept {
     std::error_code ignored;  // what can't be removed now can't be helped
     fs::remove(path, ignored);
     fs::remove(TemporaryName(path), ignored);
+  }
+}
+
+// All of them, even when one resists: what is left must not look like a result.
+void OutputSet::RemoveEarlier() {
+  RemoveAll();
+  for (const fs::path& path : paths_) {
+    std::error_code ignored;
+    if (fs::exists(fs::symlink_status(path, ignored))) {
+      throw Refusal(path.string(), "can't be removed, though it is out of date");
+    }
   }
 }

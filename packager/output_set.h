@@ -8,12 +8,16 @@
 
 class OutputSet {
  public:
-  // Removes earlier files of these paths. Creates nothing yet.
+  // Removes earlier files of these paths. Creates nothing yet. Throws Refusal when one can't be
+  // removed.
   explicit OutputSet(std::vector<std::filesystem::path> paths);
   // Unless Commit succeeded, removes everything that was written under these paths.
   ~OutputSet();
   OutputSet(const OutputSet&) = delete;
   OutputSet& operator=(const OutputSet&) = delete;
+
+  // One more path of the set, with the same effect.
+  void Add(const std::filesystem::path& path);
 
   // Creates the folders in which the files are to stand.
   void MakeFolders();
@@ -26,6 +30,7 @@ class OutputSet {
 
  private:
   void RemoveAll() noexcept;
+  void RemoveEarlier();
 
   std::vector<std::filesystem::path> paths_;
   bool committed_ = false;

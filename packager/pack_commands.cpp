@@ -1,5 +1,7 @@
 #include "packager/pack_commands.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@
 #include "packager/progress_bar.h"
 #include "packager/refusal.h"
 #include "packager/table_files.h"
+#include "packager/verification.h"
 
 namespace fs = std::filesystem;
 
@@ -38,27 +41,45 @@ void WriteText(const fs::path& path, const std::string& text) {
   file.Close();
 }
 
-PayloadTable TableOf(const PayloadPlan& plan, std::uint64_t frame_length) {
-  PayloadTable table{frame_length, plan.content_size, {}};
-  for (const PlannedEntry& entry : plan.entries) table.entries.push_back({entry.name, entry.size});
-  return table;
+// Whether `path` is `folder` or lies below it, links resolved as far as they exist.
+bool LiesWithin(const fs::path& path, const fs::path& folder) {
+  const fs::path inner = fs::weakly_canonical(path);
+  const fs::path outer = fs::weakly_canonical(folder);
+  return std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
+}
+
+// What was packed must not become part of the payload the next time.
+void CheckLiesOutside(const fs::path& path, const fs::path& tree) {
+  if (LiesWithin(path, tree)) throw Refusal(path.string(), "must not lie within the tree");
+}
+
+// The standard output may be a full disk.
+void Print(const std::string& text) {
+  errno = 0;
+  if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+    throw Refusal("standard output", WithReason("can't be written", errno));
+  }
 }
 
 }  // namespace
 
 void PackTree(const PackRequest& request) {
-  const fs::path frame = request.output / "payload.zst";
-  const fs::path table_text = request.output / "payload.tbl";
-  const fs::path table_source = request.output / "payload_tables.cpp";
+  const fs::path frame = request.output / kFrameName;
+  const fs::path table_text = request.output / kTableName;
+  const fs::path table_source = request.output / kTableSourceName;
   const std::vector<fs::path> targets = {frame, table_text, table_source};
-  std::vector<fs::path> paths = targets;
-  if (!request.depfile.empty()) paths.push_back(request.depfile);
 
-  OutputSet outputs(paths);
+  CheckLiesOutside(request.output, request.tree);
+  OutputSet outputs(targets);
+  if (!request.depfile.empty()) {
+    CheckLiesOutside(request.depfile, request.tree);
+    outputs.Add(request.depfile);
+  }
   const PayloadPlan plan = PlanPayload(request.tree);
   outputs.MakeFolders();
-  const PayloadTable table =
-      TableOf(plan, WriteFrame(OutputSet::TemporaryName(frame), plan, request.frame));
+  const std::uint64_t frame_length =
+      WriteFrame(OutputSet::TemporaryName(frame), plan, request.frame);
+  const PayloadTable table{frame_length, plan.content_size, TableEntries(plan)};
   WriteText(OutputSet::TemporaryName(table_text), TableText(table));
   WriteText(OutputSet::TemporaryName(table_source), TableSource(table));
   if (!request.depfile.empty()) {
@@ -74,5 +95,15 @@ void ListTree(const fs::path& tree) {
     const PlannedEntry& entry = plan.entries[i];
     text += std::to_string(i) + "\t" + std::to_string(entry.size) + "\t" + entry.name + "\n";
   }
-  std::fputs(text.c_str(), stdout);
+  Print(text);
+}
+
+void VerifyPacked(const fs::path& folder, const fs::path& tree) {
+  const PackedPayload packed =
+      ReadPackedPayload({folder / kFrameName, folder / kTableName, folder / kTableSourceName});
+  CheckPackedPayload(packed);
+  if (!tree.empty()) CompareWithTree(packed, PlanPayload(tree));
+  Print("verified: " + std::to_string(packed.table.entries.size()) + " entries, " +
+        std::to_string(packed.table.content_size) + " bytes, packed into " +
+        std::to_string(packed.table.frame_length) + "\n");
 }

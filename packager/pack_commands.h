@@ -13,9 +13,20 @@ struct PackRequest {
   FrameOptions frame;
 };
 
+// The names of what `pack` writes.
+inline constexpr char kFrameName[] = "payload.zst";
+inline constexpr char kTableName[] = "payload.tbl";
+inline constexpr char kTableSourceName[] = "payload_tables.cpp";
+
 // Writes payload.zst, payload.tbl and payload_tables.cpp into the output folder, and the dependency
 // file. After a throw none of them stands there, not even from an earlier run.
 void PackTree(const PackRequest& request);
 
 // Prints index, size and name of every entry of the tree's table, tabs between them.
 void ListTree(const std::filesystem::path& tree);
+
+// Checks a packed payload as the installer would meet it: that tables and frame agree, that the
+// frame expands with its checksum right, and every rule for names, order and control files. When
+// `tree` isn't empty, the entries must also be those of that tree, byte for byte. Prints one line
+// when all is well.
+void VerifyPacked(const std::filesystem::path& folder, const std::filesystem::path& tree);

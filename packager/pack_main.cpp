@@ -48,6 +48,14 @@ int Run(int argc, char** argv) {
   list->add_option("TREE", listed, "The folder that holds the payload")->required();
   list->callback([&listed] { ListTree(listed); });
 
+  std::string verified;
+  std::string compared;
+  CLI::App* verify = app.add_subcommand("verify", "Check a packed payload against its tables");
+  verify->add_option("DIR", verified, "The folder that `pack` wrote")->required();
+  verify->add_option("--tree", compared, "Also compare it with this payload tree, byte for byte")
+      ->type_name("TREE");
+  verify->callback([&verified, &compared] { VerifyPacked(verified, compared); });
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {

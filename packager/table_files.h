@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packager/payload_tree.h"
@@ -16,6 +17,10 @@ struct PayloadTable {
 };
 
 std::string TableText(const PayloadTable& table);
+
+// The reverse of TableText, just as strict: throws Refusal, in words about `name`, for anything
+// that TableText would not have written.
+PayloadTable ParseTableText(const std::string& name, std::string_view text);
 
 // A translation unit that defines Store of store/embedded_file_store.h around the frame, which it
 // expects under the name quirloduino_payload_frame.
