@@ -1,0 +1,87 @@
+#include "packager/criteria_file.h"
+
+#include <fstream>
+#include <string_view>
+
+#include "packager/jar_file.h"
+#include "packager/refusal.h"
+#include "packager/release_name.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kVersionFile[] = "lib/version.txt";
+
+struct Member {
+  const char* jar;
+  const char* name;
+};
+
+// The classes that the package replaces or relies upon and that differ from build to build.
+constexpr Member kMembers[] = {
+    {"lib/pde.jar", "processing/app/Base.class"},
+    {"lib/pde.jar", "processing/app/Editor.class"},
+    {"lib/pde.jar", "processing/app/SketchController.class"},
+    {"lib/arduino-core.jar", "processing/app/BaseNoGui.class"},
+    {"lib/arduino-core.jar", "cc/arduino/Compiler.class"},
+    {"lib/arduino-core.jar", "processing/app/debug/TargetPlatform.class"},
+};
+
+std::string ReadFirstLine(const fs::path& path) {
+  std::ifstream file(path);
+  std::string line;
+  if (!file.is_open()) throw Refusal(path.string(), "can't be opened");
+  std::getline(file, line);
+  return line;
+}
+
+void CheckVersion(const fs::path& folder, const std::string& release) {
+  const fs::path path = folder / kVersionFile;
+  const std::string line = ReadFirstLine(path);
+  if (ScanFolderVersion(line) != ScanReleaseNumbers(release)) {
+    throw Refusal(path.string(),
+                  "says \"" + line + "\", which the installer won't take for " + release);
+  }
+}
+
+void CheckFileArgument(const std::string& file) {
+  if (file.empty() || Printable(file) != file) {
+    throw Refusal(file, "a file: line can't hold this path");
+  }
+}
+
+void CheckFolder(const fs::path& folder, const CriteriaRequest& request) {
+  std::error_code error;
+  if (!fs::is_directory(folder, error)) throw Refusal(folder.string(), "no such folder");
+  CheckVersion(folder, request.release);
+  for (const std::string& file : request.files) {
+    const fs::path path = folder / file;
+    if (!std::ifstream(path).is_open()) throw Refusal(path.string(), "can't be opened");
+  }
+}
+
+std::string MemberLine(const Member& member, const std::vector<fs::path>& folders) {
+  std::string line = std::string("zipcksum:") + member.jar;
+  for (const fs::path& folder : folders) {
+    const MemberFacts facts = ReadMemberFacts((folder / member.jar).string(), member.name);
+    line += " " + std::to_string(facts.checksum) + " " + std::to_string(facts.size);
+  }
+  return line + " " + member.name + "\n";
+}
+
+}  // namespace
+
+std::string CriteriaText(const CriteriaRequest& request) {
+  CheckReleaseName(request.release);
+  if (request.folders.size() > kMostFolders) {
+    throw Refusal(request.folders[kMostFolders].string(),
+                  "a zipcksum line has room for 15 folders and no more");
+  }
+  for (const std::string& file : request.files) CheckFileArgument(file);
+  for (const fs::path& folder : request.folders) CheckFolder(folder, request);
+  std::string text = std::string("version:") + kVersionFile + "\n";
+  for (const std::string& file : request.files) text += "file:" + file + "\n";
+  for (const Member& member : kMembers) text += MemberLine(member, request.folders);
+  return text;
+}
