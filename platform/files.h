@@ -1,5 +1,5 @@
-// The file and folder operations on which all logic stands. A path is a narrow text in the
-// system's code page that may separate its parts with '/' and '\' alike, and may hold several in a
+// The file and folder operations on which all logic stands. A path is a narrow text, on Windows
+// always in UTF-8, that may separate its parts with '/' and '\' alike, and may hold several in a
 // row, on every platform; the texts themselves are never rewritten, only what the system is asked.
 //
 // Results: a pointer or null, true or false. Where the system gives a reason, it is in errno.

@@ -1,5 +1,9 @@
+#include "platform/library_search.h"
+#include "platform/program_arguments.h"
 #include "wizard/program_start.h"
 
 int main(int argc, char** argv) {
+  RestrictLibrarySearch();
+  ProgramArguments(&argc, &argv);
   return StartProgram(argc, argv);
 }

@@ -1,0 +1,124 @@
+#include "platform/files.h"
+
+// dirent.h is mingw-w64's, over the system's FindFirstFile.
+#include <direct.h>
+#include <dirent.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "platform/windows_text.h"
+
+namespace {
+
+// The path for the system's UTF-16 calls, which take both separators, and several in a row.
+class SystemPath {
+ public:
+  explicit SystemPath(const char* path) : converted_(WideFromUtf8(path, text_, kWidePathSize)) {
+    if (!converted_) errno = ENOENT;
+  }
+  const wchar_t* get() const { return converted_ ? text_ : nullptr; }
+
+ private:
+  wchar_t text_[kWidePathSize];
+  bool converted_;
+};
+
+// The modes are a few ASCII letters.
+bool WideMode(const char* mode, wchar_t* wide, std::size_t size) {
+  return WideFromUtf8(mode, wide, size);
+}
+
+constexpr std::size_t kLongestMode = 16;
+constexpr std::size_t kBytesOfAUnit = 3;  // of UTF-8, for one unit of UTF-16, at most
+
+}  // namespace
+
+struct DirectoryHandle {
+  _WDIR* listing;
+  char name[(MAX_PATH + 1) * kBytesOfAUnit];
+};
+
+bool LibraryPath(const char* path, char* buffer, std::size_t size) {
+  const std::size_t length = std::strlen(path);
+  if (length >= size) return false;
+  std::memcpy(buffer, path, length + 1);
+  return true;
+}
+
+// The runtime refuses folders by itself, with EACCES.
+std::FILE* OpenFile(const char* path, const char* mode) {
+  const SystemPath system_path(path);
+  wchar_t wide_mode[kLongestMode];
+  if (system_path.get() == nullptr || !WideMode(mode, wide_mode, kLongestMode)) return nullptr;
+  return _wfopen(system_path.get(), wide_mode);
+}
+
+bool DirectoryExists(const char* path) {
+  DirectoryHandle* directory = OpenDirectory(path);
+  if (directory == nullptr) return false;
+  CloseDirectory(directory);
+  return true;
+}
+
+DirectoryHandle* OpenDirectory(const char* path) {
+  const SystemPath system_path(path);
+  if (system_path.get() == nullptr) return nullptr;
+  _WDIR* listing = _wopendir(system_path.get());
+  if (listing == nullptr) return nullptr;
+  return new DirectoryHandle{listing, {}};
+}
+
+const char* NextDirectoryEntry(DirectoryHandle* directory) {
+  // The handle's buffer holds every name that the system can give.
+  const _wdirent* entry = _wreaddir(directory->listing);
+  if (entry == nullptr) return nullptr;
+  return Utf8FromWide(entry->d_name, directory->name, sizeof directory->name) ? directory->name
+                                                                              : nullptr;
+}
+
+void CloseDirectory(DirectoryHandle* directory) {
+  _wclosedir(directory->listing);
+  delete directory;
+}
+
+bool MakeDirectory(const char* path) {
+  const SystemPath system_path(path);
+  return system_path.get() != nullptr && _wmkdir(system_path.get()) == 0;
+}
+
+bool RemoveFile(const char* path) {
+  const SystemPath system_path(path);
+  return system_path.get() != nullptr && _wunlink(system_path.get()) == 0;
+}
+
+bool RemoveEmptyDirectory(const char* path) {
+  const SystemPath system_path(path);
+  return system_path.get() != nullptr && _wrmdir(system_path.get()) == 0;
+}
+
+// The runtime's own stat looks at a link instead of its target, and its 64-bit form refuses a
+// trailing separator. Opened for no access at all, so that a file which another program keeps to
+// itself can be looked at.
+bool StatPath(const char* path, PathStatus* status) {
+  const SystemPath system_path(path);
+  if (system_path.get() == nullptr) return false;
+  HANDLE handle =
+      CreateFileW(system_path.get(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) {
+    errno = ENOENT;
+    return false;
+  }
+  BY_HANDLE_FILE_INFORMATION found;
+  const BOOL answered = GetFileInformationByHandle(handle, &found);
+  CloseHandle(handle);
+  if (answered == FALSE) {
+    errno = EACCES;
+    return false;
+  }
+  status->size = (static_cast<std::uint64_t>(found.nFileSizeHigh) << 32) | found.nFileSizeLow;
+  status->is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return true;
+}

@@ -1,0 +1,3 @@
+#include "platform/library_search.h"
+
+void RestrictLibrarySearch() {}

@@ -1,0 +1,3 @@
+#include "platform/program_arguments.h"
+
+void ProgramArguments(int*, char***) {}
