@@ -12,8 +12,13 @@ find_library(FLTK_LIBRARY fltk REQUIRED)
 add_library(fltk INTERFACE)
 target_include_directories(fltk SYSTEM INTERFACE "${FLTK_INCLUDE_DIR}")
 target_link_libraries(fltk INTERFACE "${FLTK_LIBRARY}")
+if(WIN32)
+  # Not COMCTL32: see platform/library_search_windows.cpp.
+  target_compile_definitions(fltk INTERFACE WIN32)  # its headers ask for the word, not for _WIN32
+  target_link_libraries(fltk INTERFACE ole32 uuid comdlg32 gdi32)
+endif()
 
-if(QUIRLODUINO_BUILD_TESTS)
+if(QUIRLODUINO_BUILD_TESTS AND NOT CMAKE_CROSSCOMPILING)
   find_package(GTest REQUIRED)
   include(GoogleTest)
 endif()

@@ -1,0 +1,44 @@
+# What makes an executable of ours a finished Windows program.
+enable_language(RC)
+
+# Nothing of the machine or the folder that it is built on enters the file: two builds of the same
+# sources and payload give the same bytes.
+target_compile_options(
+  quirloduino_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
+                                "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build"
+                                $<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>)
+
+# The version resource is filled from the header that the program itself reads.
+file(STRINGS "${PROJECT_SOURCE_DIR}/store/package_version.h" version_line REGEX "kPackageVersion")
+string(REGEX REPLACE ".*\"(.*)\".*" "\\1" QUIRLODUINO_VERSION "${version_line}")
+# "1.60-beta5" as four numbers: 1, 60, 0, 5.
+string(REGEX MATCHALL "[0-9]+" numbers "${QUIRLODUINO_VERSION}")
+list(GET numbers 0 1 2 numbers)
+list(INSERT numbers 2 0)
+list(JOIN numbers "," QUIRLODUINO_VERSION_NUMBERS)
+set_property(DIRECTORY "${PROJECT_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+                                                      store/package_version.h)
+set(QUIRLODUINO_RESOURCES "${PROJECT_SOURCE_DIR}/wizard/windows")
+configure_file("${QUIRLODUINO_RESOURCES}/quirloduino.rc.in" "${PROJECT_BINARY_DIR}/quirloduino.rc"
+               @ONLY)
+
+# quirloduino_windows_program(TARGET): a program without a console that needs no library beside what
+# every Windows has, with icon, version and manifest. It may use all four gigabytes of address space
+# where the system has them, since the payload wants one block of hundreds of megabytes.
+function(quirloduino_windows_program target)
+  target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/quirloduino.rc")
+  set_source_files_properties(
+    "${PROJECT_BINARY_DIR}/quirloduino.rc"
+    TARGET_DIRECTORY ${target}
+    PROPERTIES OBJECT_DEPENDS
+               "${QUIRLODUINO_RESOURCES}/quirloduino.ico;${QUIRLODUINO_RESOURCES}/quirloduino.manifest")
+  target_link_options(
+    ${target}
+    PRIVATE
+    -mwindows
+    -static
+    -s
+    -fstack-protector-strong
+    LINKER:--dynamicbase,--nxcompat,--large-address-aware
+    LINKER:--no-insert-timestamp,--build-id=none)
+endfunction()
