@@ -53,6 +53,13 @@ void CheckLiesOutside(const fs::path& path, const fs::path& tree) {
   if (LiesWithin(path, tree)) throw Refusal(path.string(), "must not lie within the tree");
 }
 
+// Where the dependency file's links lie; empty, which is no folder, when it isn't wanted.
+fs::path LinkFolderOf(const PackRequest& request) {
+  fs::path folder = request.depfile;
+  if (!folder.empty()) folder += ".links";
+  return folder;
+}
+
 // The standard output may be a full disk.
 void Print(const std::string& text) {
   errno = 0;
@@ -68,10 +75,12 @@ void PackTree(const PackRequest& request) {
   const fs::path table_text = request.output / kTableName;
   const fs::path table_source = request.output / kTableSourceName;
   const std::vector<fs::path> targets = {frame, table_text, table_source};
+  const bool wants_depfile = !request.depfile.empty();
 
   CheckLiesOutside(request.output, request.tree);
   OutputSet outputs(targets);
-  if (!request.depfile.empty()) {
+  LinkFolder links(LinkFolderOf(request));
+  if (wants_depfile) {
     CheckLiesOutside(request.depfile, request.tree);
     outputs.Add(request.depfile);
   }
@@ -82,10 +91,13 @@ void PackTree(const PackRequest& request) {
   const PayloadTable table{frame_length, plan.content_size, TableEntries(plan)};
   WriteText(OutputSet::TemporaryName(table_text), TableText(table));
   WriteText(OutputSet::TemporaryName(table_source), TableSource(table));
-  if (!request.depfile.empty()) {
-    WriteText(OutputSet::TemporaryName(request.depfile), DepfileText(targets, plan.tree));
+  if (wants_depfile) {
+    const Depfile depfile = MakeDepfile(targets, plan.tree, LinkFolderOf(request));
+    links.Make(depfile.linked);
+    WriteText(OutputSet::TemporaryName(request.depfile), depfile.text);
   }
   outputs.Commit();
+  links.Commit();
 }
 
 void ListTree(const fs::path& tree) {
