@@ -17,6 +17,10 @@ bool ScanNumber(const char* text, float* number) {
   return std::sscanf(text, "%f", number) == 1;
 }
 
+// Blanks ahead of a decimal number and the characters within. Words that a system's reader takes
+// for numbers besides ("infinity", hexadecimal) are no version, and must not refuse a folder.
+constexpr char kDecimalCharacters[] = " \t\r\n\v\f+-.0123456789eE";
+
 bool ReadInstalledNumber(const char* dir, float* number) {
   char text[1284];  // first the path, then the marker's first line
   FormatBounded(text, sizeof text, "%slib/quirloduino.txt", dir);
@@ -24,7 +28,9 @@ bool ReadInstalledNumber(const char* dir, float* number) {
   if (file == nullptr) return false;
   const char* line = std::fgets(text, sizeof text, file);
   std::fclose(file);
-  return line != nullptr && ScanNumber(line, number);
+  if (line == nullptr) return false;
+  text[std::strspn(text, kDecimalCharacters)] = '\0';
+  return ScanNumber(text, number);
 }
 
 bool NamesWindowsApp(std::FILE* file) {
