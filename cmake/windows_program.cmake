@@ -7,6 +7,7 @@ target_compile_options(
   quirloduino_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
                                 "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build"
                                 $<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>)
+target_link_options(quirloduino_options INTERFACE -static -fstack-protector-strong)
 
 # The version resource is filled from the header that the program itself reads.
 file(STRINGS "${PROJECT_SOURCE_DIR}/store/package_version.h" version_line REGEX "kPackageVersion")
@@ -36,9 +37,7 @@ function(quirloduino_windows_program target)
     ${target}
     PRIVATE
     -mwindows
-    -static
     -s
-    -fstack-protector-strong
     LINKER:--dynamicbase,--nxcompat,--large-address-aware
     LINKER:--no-insert-timestamp,--build-id=none)
 endfunction()
