@@ -33,7 +33,7 @@ const char* ProbeDownloads() {
   if (!SpecialFolderPath(SpecialFolder::kPersonal, search_buffer)) return nullptr;
   char* documents = std::strstr(search_buffer, "Documents");
   if (documents == nullptr) return nullptr;
-  std::strcpy(documents, "Downloads");  // as long as what it overwrites
+  std::memcpy(documents, "Downloads", sizeof "Downloads");  // as long as what it overwrites
   return ProbeBase(search_buffer);
 }
 
