@@ -68,7 +68,7 @@ class InstalledInf : public DriverTest {
   std::string Find() {
     WriteFile(Staged("cdcacm.inf"), kDriverInf);
     char* name = find_installed_inf(Staged("cdcacm.inf").c_str());
-    const std::string found = name == nullptr ? "" : name;
+    std::string found = name == nullptr ? "" : name;
     std::free(name);
     return found;
   }

@@ -20,17 +20,18 @@ bool AllocationFails() {
 
 }  // namespace
 
-extern "C" {
-void* __real_malloc(std::size_t size);
-void* __real_calloc(std::size_t count, std::size_t size);
+// The linker's names for the replaced functions and their replacements.
+void* RealMalloc(std::size_t size) __asm__("__real_malloc");
+void* RealCalloc(std::size_t count, std::size_t size) __asm__("__real_calloc");
+void* WrapMalloc(std::size_t size) __asm__("__wrap_malloc");
+void* WrapCalloc(std::size_t count, std::size_t size) __asm__("__wrap_calloc");
 
-void* __wrap_malloc(std::size_t size) {
-  return AllocationFails() ? nullptr : __real_malloc(size);
+void* WrapMalloc(std::size_t size) {
+  return AllocationFails() ? nullptr : RealMalloc(size);
 }
 
-void* __wrap_calloc(std::size_t count, std::size_t size) {
-  return AllocationFails() ? nullptr : __real_calloc(count, size);
-}
+void* WrapCalloc(std::size_t count, std::size_t size) {
+  return AllocationFails() ? nullptr : RealCalloc(count, size);
 }
 
 namespace {

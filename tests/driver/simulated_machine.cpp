@@ -106,9 +106,10 @@ std::string NameOf(const InfFile* file) {
   return OpenHandles().count(file) != 0 ? file->name : "invalid";
 }
 
-// The system's mark of an invalid device set, which isn't null.
+// The system's mark of an invalid device set is a value that isn't null; this object's address.
 DeviceSet* InvalidSet() {
-  return reinterpret_cast<DeviceSet*>(~std::uintptr_t{0});
+  static DeviceSet invalid;
+  return &invalid;
 }
 
 // Copies a text with its terminator where it fits.

@@ -102,6 +102,7 @@ TEST_F(Staging, FolderThatDoesNotFitStagesNothing) {
 
 std::vector<TestEntry> ManyInfs(int count) {
   std::vector<TestEntry> entries;
+  entries.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) entries.push_back({std::to_string(i) + ".inf", "x"});
   return entries;
 }
