@@ -117,8 +117,11 @@ TEST(DirectoryExists, FolderThatCannotBeReadDoesNotExist) {
   const TempDir dir;
   fs::create_directory(dir / "closed");
   fs::permissions(dir / "closed", fs::perms::owner_write | fs::perms::others_exec);
-  const ScopedOrdinaryUser user;
-  EXPECT_FALSE(DirectoryExists((dir / "closed").c_str()));
+  {
+    const ScopedOrdinaryUser user;
+    EXPECT_FALSE(DirectoryExists((dir / "closed").c_str()));
+  }
+  fs::permissions(dir / "closed", fs::perms::owner_all);  // or it could not be removed
 }
 
 TEST(DirectoryExists, LinkToAFolderExists) {

@@ -124,6 +124,9 @@ struct UserDirsCase {
   const char* text;
   const char* documents;  // a leading "~" stands for the home folder
 };
+void PrintTo(const UserDirsCase& test, std::ostream* stream) {
+  *stream << test.situation;
+}
 
 class UserDirs : public SpecialFolders, public testing::WithParamInterface<UserDirsCase> {};
 

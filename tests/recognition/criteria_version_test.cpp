@@ -15,6 +15,9 @@ struct VersionCase {
   int result;
   const char* words;  // what the log says of it
 };
+void PrintTo(const VersionCase& test, std::ostream* stream) {
+  *stream << test.situation;
+}
 
 class VersionLine : public RecognitionTest, public testing::WithParamInterface<VersionCase> {};
 

@@ -203,6 +203,9 @@ struct MalformedCase {
   const char* situation;
   std::string argument;
 };
+void PrintTo(const MalformedCase& test, std::ostream* stream) {
+  *stream << test.situation;
+}
 
 class MalformedZipcksumLine : public RecognitionTest,
                               public testing::WithParamInterface<MalformedCase> {};

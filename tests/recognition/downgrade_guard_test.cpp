@@ -28,8 +28,8 @@ struct MarkerCase {
   const char* installed;  // the number that the refusal shows; null when the install may go ahead
 };
 
-void PrintTo(const MarkerCase& marker, std::ostream* stream) {
-  *stream << marker.text.substr(0, 40);
+void PrintTo(const MarkerCase& test, std::ostream* stream) {
+  *stream << test.situation;
 }
 
 class DowngradeGuard : public RecognitionTest, public testing::WithParamInterface<MarkerCase> {};

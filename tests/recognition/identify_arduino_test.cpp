@@ -246,6 +246,9 @@ struct SpoiledHost {
   const char* content;  // null: removed
   const char* words;
 };
+void PrintTo(const SpoiledHost& test, std::ostream* stream) {
+  *stream << test.situation;
+}
 
 class SpoiledHosts : public IdentifyArduinoTest, public testing::WithParamInterface<SpoiledHost> {};
 

@@ -23,6 +23,9 @@ struct DeliveredLocation {
   const char* key;
   const char* value;
 };
+void PrintTo(const DeliveredLocation& test, std::ostream* stream) {
+  *stream << test.key;
+}
 
 class DeliveredLocations : public testing::TestWithParam<DeliveredLocation> {};
 

@@ -24,6 +24,9 @@ struct LocationCase {
   std::string text;
   std::string value;
 };
+void PrintTo(const LocationCase& test, std::ostream* stream) {
+  *stream << test.situation;
+}
 
 class LocationValue : public testing::TestWithParam<LocationCase> {};
 
