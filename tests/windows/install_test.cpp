@@ -13,6 +13,7 @@
 #include "tests/support/arduino_host.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temp_dir.h"
+#include "tests/windows/planted_libraries.h"
 #include "tests/windows/run_in_wine.h"
 #include "tests/windows/without_utf8.h"
 
@@ -134,34 +135,17 @@ TEST(Install, FormsOfThePathAllReachTheFolder) {
   }
 }
 
-// Not on Windows' list of libraries that come from its own folder alone. (version.dll isn't either,
-// but Wine's own USER32 imports it before any code of the program runs.)
-const char* const kRiskyNames[] = {"comctl32.dll", "newdev.dll",   "cfgmgr32.dll", "winspool.drv",
-                                   "msimg32.dll",  "dwmapi.dll",   "uxtheme.dll",  "profapi.dll",
-                                   "propsys.dll",  "netapi32.dll", "winmm.dll",    "cryptbase.dll",
-                                   "devobj.dll",   "secur32.dll"};
-
-// Wine would prefer its own libraries to those beside the program; Windows takes what it finds.
-std::string PreferPlanted() {
-  std::string names;
-  for (const char* name : kRiskyNames)
-    names += (names.empty() ? "" : ",") + fs::path(name).stem().string();
-  return names + "=n,b";
-}
-
 TEST(Install, NoLibraryBesideTheProgramIsLoaded) {
   const TempDir dir;
   fs::copy(PROGRAM, dir / "program.exe");
-  for (const char* name : kRiskyNames) fs::copy(RECORDING_LIBRARY, dir / name);
+  PlantLibraries(dir.path());
   MakeArduino1819(dir / "host");
-  WineOverrides = PreferPlanted();
+  WineOverrides = PreferPlantedLibraries();
   ProgramOptions options;
   options.directory = dir.path();
   EXPECT_EQ(RunProgram(dir / "program.exe", {"--dir=" + (dir / "host")}, options).status, 0);
   WineOverrides.clear();
-  for (const char* name : kRiskyNames) {
-    EXPECT_FALSE(fs::exists(dir / name + ".loaded")) << name;
-  }
+  EXPECT_EQ(LoadedPlantedLibraries(dir.path()), "");
 }
 
 // A jar that another program has open, for the life of the object.

@@ -1,0 +1,60 @@
+// The wizard of a Windows program under Wine, on the display of DISPLAY, used as a person does: by
+// clicks at places of its window and looks at its pixels. Nothing waits for a time: every wait ends
+// as soon as the pixels say so, and fails the test after kLongestWait.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+// Places of the window, in pixels.
+struct Spot {
+  int x;
+  int y;
+};
+inline constexpr Spot kBack = {185, 336};
+inline constexpr Spot kNext = {285, 336};
+inline constexpr Spot kHelp = {353, 336};
+inline constexpr Spot kCancel = {435, 336};
+inline constexpr Spot kSkipDriver = {395, 273};
+inline constexpr Spot kPathChoice = {459, 90};
+
+class ClickedWizard {
+ public:
+  // Starts `program` in the Wine prefix of the tests and waits for its window.
+  explicit ClickedWizard(const std::string& program, const std::vector<std::string>& arguments = {},
+                         const std::string& title = "Quirloduino .* Installer");
+  // Ends a program that still runs.
+  ~ClickedWizard();
+  ClickedWizard(const ClickedWizard&) = delete;
+  ClickedWizard& operator=(const ClickedWizard&) = delete;
+
+  // Turns to another window of the program, once that is shown.
+  void TurnTo(const std::string& title);
+
+  void Click(Spot spot, int times = 1);
+  void Press(const std::string& key);
+
+  // Clicks, then waits until the window looks different and stays as it is.
+  void ClickAndWait(Spot spot, int times = 1);
+
+  // A button's label is black while it is active and grey or absent otherwise.
+  void WaitUntilActive(Spot button);
+  void WaitUntilInactive(Spot button);
+  bool IsActive(Spot button);
+
+  // Puts a picture of the window into build/windows-pictures.
+  void Keep(const std::string& name);
+
+  // Waits for the program's end; its exit status.
+  int End();
+
+ private:
+  std::string Pixels();
+  template <typename Condition>
+  void WaitFor(const char* what, Condition condition);
+
+  pid_t process_ = 0;
+  std::string window_;
+};
