@@ -121,7 +121,9 @@ TEST_F(WineWizard, AllDrivesAreListedAndEntered) {
 }
 
 TEST_F(WineWizard, HelpWindowShowsTheNoteAboutTheApp) {
-  WriteFile(documents_ + "/ArduinoData/preferences.txt", "board=uno\n");
+  WriteFile(documents_ + "/ArduinoData/preferences.txt",
+            "board=uno\r\nruntime.ide.hardwarepath="
+            "C:\\Program Files\\WindowsApps\\ArduinoLLC.ArduinoIDE_1.8.57.0_x86\\hardware\r\n");
   ClickedWizard wizard(INSTALLER);
   GoToFolderPage(&wizard, false);
   wizard.Click(kHelp);
