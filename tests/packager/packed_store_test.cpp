@@ -16,7 +16,12 @@ std::string BytesOf(const char* name) {
   return {reinterpret_cast<const char*>(entry.data), entry.size};
 }
 
-TEST(PackedStore, ExpandsToItsFiles) {
+class PackedStore : public testing::Test {
+ protected:
+  ~PackedStore() override { ResetEmbeddedFileStore(); }
+};
+
+TEST_F(PackedStore, ExpandsToItsFiles) {
   ASSERT_TRUE(LoadEmbeddedFiles());
   EXPECT_EQ(BytesOf("quirlo.exe"), "tool\n");
   EXPECT_EQ(BytesOf("libraries/Echo/two words.h"), "blank\n");
@@ -26,14 +31,14 @@ TEST(PackedStore, ExpandsToItsFiles) {
   EXPECT_EQ(BytesOf("arm/bin/g++.exe"), "no such entry");
 }
 
-TEST(PackedStore, EndsInTheVersionMarker) {
+TEST_F(PackedStore, EndsInTheVersionMarker) {
   ASSERT_TRUE(LoadEmbeddedFiles());
   const PayloadEntry last = EntryAt(Store.entry_count - 1);
   EXPECT_STREQ(last.name, kVersionMarkerName);
   EXPECT_EQ(BytesOf(last.name), kPackageVersion);
 }
 
-TEST(PackedStore, KnowsItsReleases) {
+TEST_F(PackedStore, KnowsItsReleases) {
   EXPECT_STREQ(SupportedVersions(), "1.8.19");
 }
 
