@@ -55,6 +55,7 @@ WizardTest::~WizardTest() {
 }
 
 void WizardTest::Build(std::vector<TestEntry> entries) {
+  store_.reset();  // there is one at a time
   store_ = std::make_unique<TestStore>(std::move(entries));
   BuildWizard();
 }
@@ -66,7 +67,8 @@ void WizardTest::Show() {
 void WizardTest::Show(std::vector<TestEntry> entries) {
   Build(std::move(entries));
   MainWindow->show();
-  WaitUntil([] { return MainWindow->visible() != 0; });
+  // The first drawing hides all pages but the first; until then clicks would go to the last.
+  WaitUntil([] { return Pages()[1]->visible() == 0; });
 }
 
 std::string WizardTest::MakeDefaultHost() {
