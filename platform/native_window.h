@@ -1,4 +1,4 @@
-// The system's own handle of a window, for calls below FLTK. Keeps nothing.
+// What the system knows of a window beside what FLTK tells it. Keeps nothing.
 #pragma once
 
 class Fl_Window;
@@ -6,3 +6,7 @@ class Fl_Window;
 // The window's HWND, off Windows its X11 window id, as a pointer-sized value that only the system
 // can make sense of. Null while the window has no native record, that is until it is first shown.
 void* NativeHandleOf(const Fl_Window* window);
+
+// Gives all windows that are made from now on the icon in the executable's resources, in the places
+// where the system shows one. Does nothing where executables have no icon.
+void UseProgramIcon();
