@@ -18,7 +18,7 @@ class Criteria : public testing::Test {
  protected:
   // An Arduino folder whose members hold texts of their own.
   std::string MakeFolder(const std::string& name, const std::string& version = "1.8.19\n") {
-    const std::string folder = dir_ / name;
+    std::string folder = dir_ / name;
     WriteFile(folder + "/lib/version.txt", version);
     WriteFile(folder + "/arduino.exe", "");
     JarMembers pde;

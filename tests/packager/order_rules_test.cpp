@@ -11,6 +11,7 @@ namespace {
 
 std::vector<PayloadFile> Entries(const std::vector<std::string>& names) {
   std::vector<PayloadFile> entries;
+  entries.reserve(names.size());
   for (const std::string& name : names) entries.push_back({name, 0});
   return entries;
 }

@@ -14,6 +14,10 @@ using PackerRefuses = PayloadTest;
 const std::string kCriteria = "/WINDOWS/directory_criteria.txt";
 const std::string kLocations = "/WINDOWS/locations.txt";
 
+std::string Quoted(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
 std::string Replaced(std::string text, const std::string& from, const std::string& to) {
   return text.replace(text.find(from), from.size(), to);
 }
@@ -52,7 +56,7 @@ TEST_F(PackerRefuses, NamesOfWindowsDevices) {
        {"CON", "prn.txt", "aux.c", "NUL.tar.gz", "com1", "Com9.h", "LPT1", "lpt9.x", "aux .c"}) {
     const std::string name = "cores/quirlo3/" + component;
     Write(name, "");
-    ExpectRefused(name + ": \"" + component + "\" is the name of a device on Windows");
+    ExpectRefused(name + ": " + Quoted(component) + " is the name of a device on Windows");
     Remove(name);
   }
 }
@@ -66,7 +70,7 @@ TEST_F(PackerRefuses, ComponentThatEndsInADotOrBlank) {
   for (const std::string component : {"a.", "a ", "..."}) {
     const std::string name = "libraries/" + component;
     Write(name, "");
-    ExpectRefused(name + ": \"" + component + "\" ends in a dot or blank, which Windows drops");
+    ExpectRefused(name + ": " + Quoted(component) + " ends in a dot or blank, which Windows drops");
     Remove(name);
   }
 }

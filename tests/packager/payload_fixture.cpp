@@ -35,7 +35,7 @@ std::map<std::string, std::string> SoundPayload() {
 }
 
 void WriteTree(const std::string& folder, const std::map<std::string, std::string>& files) {
-  for (const auto& [name, content] : files) WriteFile(folder + "/" + name, content);
+  for (const auto& [name, content] : files) WriteFile(fs::path(folder) / name, content);
 }
 
 ProgramResult RunPack(const std::vector<std::string>& arguments, const ProgramOptions& options) {
