@@ -177,6 +177,15 @@ TEST_F(Survey, OrdinaryUserWhoNeedsTheInstallFindsNextDeadAndLeavesWithSkip) {
             "Uninstall:hidden to:page top-left");
 }
 
+TEST_F(Survey, OrdinaryUserWhoComesBackAfterSkipFindsNextDeadAgain) {
+  Machine.administrator = false;
+  driver_survey(nullptr);
+  Click("Skip");  // which made it active
+  ReturnToDriverPage();
+  driver_survey(nullptr);
+  EXPECT_EQ(Page(), kNoRightsPage);
+}
+
 TEST_F(Survey, OrdinaryUserWithTheInstalledInfSeesUpdateInactive) {
   Machine.administrator = false;
   Machine.inf_files = {{"oem1.inf", kDriverInf}};
