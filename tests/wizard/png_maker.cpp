@@ -61,6 +61,7 @@ std::string MakePng(PngPicture picture) {
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Fail, nullptr);
   png_infop info = png_create_info_struct(png);
   png_set_write_fn(png, &file, Append, Flush);
+  png_set_benign_errors(png, 1);  // an index beyond the palette is welcome
   png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width),
                static_cast<png_uint_32>(picture.height), picture.bit_depth, picture.colour_type,
                picture.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE,

@@ -1,0 +1,210 @@
+// The removal of old library folders, on a real disk.
+#include "engine/library_removal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "store/host_selection.h"
+#include "tests/support/arduino_host.h"
+#include "tests/support/temp_dir.h"
+#include "tests/support/test_store.h"
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+namespace {
+
+constexpr char kLibraries[] = "hardware/quirlo/avr/libraries/";
+const std::vector<std::string> kOld = {"Adafruit_GFX", "Adafruit_CC3000", "Adafruit_RA8875",
+                                       "openGLCD",     "ST7565",          "SD/utility"};
+
+std::vector<std::string> Names(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& [name, content] : ReadTree(folder)) names.push_back(name);
+  return names;
+}
+
+class OldLibraries : public ::testing::Test {
+ protected:
+  OldLibraries() {
+    SelectRelease("1.8.19");
+    for (const std::string& library : kOld) {
+      WriteFile(libraries_ + library + "/src/deep/file.cpp", "old");
+      WriteFile(libraries_ + library + "/file.h", "old");
+    }
+  }
+
+  std::vector<std::string> Left() const { return Names(libraries_); }
+
+  TempDir dir_;
+  TestStore store_{ControlEntries1819()};
+  std::string host_ = dir_ / "arduino";
+  std::string libraries_ = host_ + "/" + kLibraries;
+};
+
+TEST_F(OldLibraries, AllSixPathsGoAndOnlyTheUtilityFolderOfSd) {
+  WriteFile(libraries_ + "SD/SD.h", "stays");
+  WriteFile(libraries_ + "Adafruit_GFX2/a.h", "stays");
+  WriteFile(libraries_ + "adafruit_gfx/a.h", "stays");
+  WriteFile(host_ + "/Adafruit_GFX/a.h", "stays");
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_THAT(Left(), ElementsAre("Adafruit_GFX2/", "Adafruit_GFX2/a.h", "SD/", "SD/SD.h",
+                                  "adafruit_gfx/", "adafruit_gfx/a.h"));
+  EXPECT_TRUE(fs::exists(host_ + "/Adafruit_GFX/a.h"));
+}
+
+TEST_F(OldLibraries, HostMayEndInEitherSeparatorOrNone) {
+  for (const char* ending : {"", "/", "\\"}) {
+    WriteFile(libraries_ + "openGLCD/file.h", "old");
+    RemoveOldLibraries((host_ + ending).c_str());
+    EXPECT_FALSE(fs::exists(libraries_ + "openGLCD")) << ending;
+  }
+}
+
+TEST_F(OldLibraries, MissingHostTextRemovesNothing) {
+  RemoveOldLibraries(nullptr);
+  RemoveOldLibraries("");
+  for (const std::string& library : kOld) EXPECT_TRUE(fs::exists(libraries_ + library));
+}
+
+TEST_F(OldLibraries, WithoutAReleaseNothingIsRemoved) {
+  SelectRelease("");
+  RemoveOldLibraries((host_ + "/").c_str());
+  for (const std::string& library : kOld) EXPECT_TRUE(fs::exists(libraries_ + library));
+}
+
+TEST_F(OldLibraries, PathThatDoesNotExistIsPassedOver) {
+  fs::remove_all(libraries_ + "Adafruit_GFX");
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_THAT(Left(), ElementsAre("SD/"));
+}
+
+TEST_F(OldLibraries, PathThatIsAPlainFileIsPassedOver) {
+  fs::remove_all(libraries_ + "openGLCD");
+  WriteFile(libraries_ + "openGLCD", "a file");
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_THAT(Left(), ElementsAre("SD/", "openGLCD"));
+}
+
+// Off Windows it is the folder's right that keeps a file from being removed.
+TEST_F(OldLibraries, WhatCannotBeRemovedStaysWithItsFolderAndTheOthersGo) {
+  const std::string locked = libraries_ + "openGLCD/locked";
+  WriteFile(locked + "/file.h", "stays");
+  for (const auto& entry : fs::recursive_directory_iterator(dir_.path())) {
+    if (geteuid() == 0 && lchown(entry.path().c_str(), 65534, 65534) != 0) FAIL();
+  }
+  fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
+  {
+    const ScopedOrdinaryUser user;
+    RemoveOldLibraries((host_ + "/").c_str());
+  }
+  fs::permissions(locked, fs::perms::owner_all);
+  EXPECT_THAT(Left(),
+              ElementsAre("SD/", "openGLCD/", "openGLCD/locked/", "openGLCD/locked/file.h"));
+}
+
+TEST_F(OldLibraries, LibrarySubdirIsThatOfTheSelectedRelease) {
+  std::string locations = kLocations;
+  const std::string usual = kLibraries;
+  locations.replace(locations.find(usual), usual.size(), "libraries/");
+  const TestStore store({{"1.8.19/WINDOWS/locations.txt", locations}});
+  SelectRelease("1.8.19");
+  WriteFile(host_ + "/libraries/openGLCD/a.h", "old");
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_FALSE(fs::exists(host_ + "/libraries/openGLCD"));
+  EXPECT_TRUE(fs::exists(libraries_ + "openGLCD"));
+}
+
+// ---- the tree ---------------------------------------------------------------------------------
+
+TEST(RemoveTree, EmptiesTheFolderAndLeavesIt) {
+  const TempDir dir;
+  WriteFile(dir / "tree/a/b/c.txt", "c");
+  WriteFile(dir / "tree/.hidden/d.txt", "d");
+  WriteFile(dir / "tree/e.txt", "e");
+  fs::create_directories(dir / "tree/empty");
+  EXPECT_EQ(RemoveTree((dir / "tree").c_str()), 1);
+  EXPECT_THAT(Names(dir.path()), ElementsAre("tree/"));
+}
+
+TEST(RemoveTree, EmptyFolderIsOne) {
+  const TempDir dir;
+  EXPECT_EQ(RemoveTree(dir.path().c_str()), 1);
+}
+
+TEST(RemoveTree, FileOrNothingIsZeroAndStays) {
+  const TempDir dir;
+  WriteFile(dir / "file", "stays");
+  EXPECT_EQ(RemoveTree((dir / "file").c_str()), 0);
+  EXPECT_EQ(RemoveTree((dir / "nothing").c_str()), 0);
+  EXPECT_THAT(Names(dir.path()), ElementsAre("file"));
+}
+
+TEST(RemoveTree, LinkThatLeadsNowhereIsRemoved) {
+  const TempDir dir;
+  fs::create_directories(dir / "tree");
+  fs::create_symlink(dir / "nothing", dir / "tree/link");
+  EXPECT_EQ(RemoveTree((dir / "tree").c_str()), 1);
+  EXPECT_THAT(Names(dir / "tree"), IsEmpty());
+}
+
+TEST(RemoveTree, LinkToAFileIsRemovedAndTheFileStays) {
+  const TempDir dir;
+  WriteFile(dir / "file", "stays");
+  fs::create_directories(dir / "tree");
+  fs::create_symlink(dir / "file", dir / "tree/link");
+  EXPECT_EQ(RemoveTree((dir / "tree").c_str()), 1);
+  EXPECT_THAT(Names(dir.path()), UnorderedElementsAre("file", "tree/"));
+}
+
+// A folder of exactly that many characters.
+std::string FolderOfLength(const TempDir& dir, std::size_t length) {
+  std::string path = dir.path();
+  while (path.size() + 102 < length) path += "/" + std::string(100, 'f');
+  path += "/" + std::string(length - path.size() - 1, 'g');
+  fs::create_directories(path);
+  return path;
+}
+
+TEST(RemoveTree, LongestFolderThatIsOpenedLosesWhatCanBeNamed) {
+  const TempDir dir;
+  const std::string folder = FolderOfLength(dir, 257);
+  WriteFile(folder + "/a", "one character fits");
+  WriteFile(folder + "/bb", "cut to one that isn't there");
+  EXPECT_EQ(RemoveTree(folder.c_str()), 1);
+  EXPECT_THAT(Names(folder), ElementsAre("bb"));
+}
+
+TEST(RemoveTree, FolderWithoutRoomForAnEntryIsNotOpened) {
+  for (const std::size_t length : {258U, 259U, 300U}) {
+    const TempDir dir;
+    const std::string folder = FolderOfLength(dir, length);
+    WriteFile(folder + "/file", "stays");
+    WriteFile(fs::path(folder).parent_path() / "sibling", "stays");
+    EXPECT_EQ(RemoveTree(folder.c_str()), 0) << length;
+    EXPECT_TRUE(fs::exists(folder + "/file"));
+    EXPECT_TRUE(fs::exists(fs::path(folder).parent_path() / "sibling"));
+  }
+}
+
+TEST(RemoveTree, HostOfTheLongestTextLosesNothingOfItsOwn) {
+  const TempDir dir;
+  const std::string host = FolderOfLength(dir, 258);
+  const TestStore store(ControlEntries1819());
+  SelectRelease("1.8.19");
+  WriteFile(host + "/" + kLibraries + "openGLCD/a.h", "stays");
+  WriteFile(host + "/lib/version.txt", "stays");
+  RemoveOldLibraries((host + "/").c_str());
+  EXPECT_TRUE(fs::exists(host + "/lib/version.txt"));
+  EXPECT_TRUE(fs::exists(host + "/" + kLibraries + "openGLCD/a.h"));
+}
+
+}  // namespace
