@@ -1,7 +1,9 @@
 // Whole installs by the Windows program: against the native one, in folders of every script, beside
 // planted libraries, and into jars that another program holds.
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -147,6 +149,49 @@ TEST(Install, NoLibraryBesideTheProgramIsLoaded) {
   WineOverrides.clear();
   EXPECT_EQ(LoadedPlantedLibraries(dir.path()), "");
 }
+
+TEST(Install, DamagedPayloadEndsTheProgramWithoutAWord) {
+  const TempDir dir;
+  std::string bytes = ReadFile(PROGRAM);
+  const std::size_t frame = bytes.find("\x28\xB5\x2F\xFD");  // how a Zstandard frame begins
+  ASSERT_NE(frame, std::string::npos);
+  bytes[frame + 100] = static_cast<char>(bytes[frame + 100] ^ 1);
+  WriteFile(dir / "program.exe", bytes);
+  fs::permissions(dir / "program.exe", fs::perms::all);
+  MakeArduino1819(dir / "host");
+  const Files before = ReadHost(dir / "host");
+  const ProgramResult result = RunProgram(dir / "program.exe", {"--dir=" + (dir / "host")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(result.output + result.error, "");
+  ExpectSameFiles(before, ReadHost(dir / "host"));
+}
+
+class LongPath : public testing::TestWithParam<std::size_t> {};
+
+// Folders whose files' paths reach and pass the bound at which the program cuts them. (None is cut
+// behind a dot: Windows drops one at a name's end.)
+TEST_P(LongPath, EndsAsOnThisMachine) {
+  const TempDir dir;
+  std::string host = dir.path();
+  while (host.size() + 1 < GetParam()) {
+    host += "/" + std::string(std::min<std::size_t>(GetParam() - host.size() - 1, 60), 'x');
+  }
+  if (host.size() < GetParam()) host += "x";
+  MakeArduino1819(host);
+  const int native_status =
+      std::system((NATIVE_PROGRAM " --dir=" + host + " 2>" + (dir / "error")).c_str());
+  const std::string native_error = ReadFile(dir / "error");
+  const Files native_files = ReadHost(host);
+  fs::remove_all(host);
+  MakeArduino1819(host);
+  const ProgramResult result = RunProgram(PROGRAM, {"--dir=" + host});
+  EXPECT_EQ(result.status, WEXITSTATUS(native_status));
+  EXPECT_EQ(result.error, native_error);
+  ExpectSameFiles(native_files, ReadHost(host));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LongPath, testing::Values(180, 200, 215, 224, 235, 247, 248),
+                         testing::PrintToStringParamName());
 
 // A jar that another program has open, for the life of the object.
 class HeldFile {
