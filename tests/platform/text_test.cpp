@@ -40,9 +40,9 @@ TEST(FormatBounded, EmptyTextIsTerminated) {
 }
 
 TEST(FormatBounded, FailedConversionGivesEmptyText) {
-  char buffer[8] = "before";
+  char buffer[16] = "before";
   const wchar_t no_character[] = {static_cast<wchar_t>(INT_MAX), L'\0'};
-  EXPECT_EQ(FormatBounded(buffer, sizeof buffer, "%ls", no_character), 0U);
+  EXPECT_EQ(FormatBounded(buffer, sizeof buffer, "text %ls", no_character), 0U);
   EXPECT_STREQ(buffer, "");
 }
 
