@@ -13,7 +13,7 @@ add_library(fltk INTERFACE)
 target_include_directories(fltk SYSTEM INTERFACE "${FLTK_INCLUDE_DIR}")
 target_link_libraries(fltk INTERFACE "${FLTK_LIBRARY}")
 if(WIN32)
-  # Not COMCTL32: see platform/library_search_windows.cpp.
+  # Not COMCTL32: see platform/imports_windows.cpp.
   target_compile_definitions(fltk INTERFACE WIN32)  # its headers ask for the word, not for _WIN32
   target_link_libraries(fltk INTERFACE ole32 uuid comdlg32 gdi32)
 endif()

@@ -27,7 +27,8 @@ configure_file("${QUIRLODUINO_RESOURCES}/quirloduino.rc.in" "${PROJECT_BINARY_DI
 # every Windows has, with icon, version and manifest. It may use all four gigabytes of address space
 # where the system has them, since the payload wants one block of hundreds of megabytes.
 function(quirloduino_windows_program target)
-  target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/quirloduino.rc")
+  target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/quirloduino.rc"
+                                   "${PROJECT_SOURCE_DIR}/platform/imports_windows.cpp")
   set_source_files_properties(
     "${PROJECT_BINARY_DIR}/quirloduino.rc"
     TARGET_DIRECTORY ${target}

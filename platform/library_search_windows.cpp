@@ -2,15 +2,6 @@
 
 #include <windows.h>
 
-// FLTK takes one function from COMCTL32, which is not among the libraries that the system protects,
-// so a file of that name beside the executable would be loaded before any code of ours runs. USER32
-// has the same function under another name; here the import that FLTK asks for is defined by it.
-extern "C" {
-extern BOOL(WINAPI* const track_mouse_event)(LPTRACKMOUSEEVENT) __asm__(
-    "__imp___TrackMouseEvent@4");
-BOOL(WINAPI* const track_mouse_event)(LPTRACKMOUSEEVENT) = TrackMouseEvent;
-}
-
 namespace {
 
 // The function of a system library that is loaded already, or null.

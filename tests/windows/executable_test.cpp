@@ -45,6 +45,20 @@ TEST(Executable, ImportsOnlyLibrariesThatTheSystemProtects) {
   EXPECT_THAT(imported, IsSubsetOf(kProtected));
 }
 
+TEST(Executable, AsksForNothingThatXpLacks) {
+  // "KERNEL32.dll: OpenThreadToken", as a newer KERNEL32 has it beside ADVAPI32.
+  std::string library;
+  std::istringstream lines(Headers());
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t name = line.find("DLL Name: ");
+    if (name != std::string::npos) library = line.substr(name + 10);
+    EXPECT_EQ(line.find("GetTickCount64"), std::string::npos) << line;
+    if (library == "KERNEL32.dll") {
+      EXPECT_EQ(line.find("Token"), std::string::npos) << line;
+    }
+  }
+}
+
 TEST(Executable, IsAHardenedProgramWithoutAConsoleOrATimeStamp) {
   const std::string headers = Headers();
   EXPECT_THAT(headers, HasSubstr("(Windows GUI)"));
