@@ -125,6 +125,23 @@ TEST_F(DriverPage, OrdinaryUserCanOnlySkip) {
   EXPECT_EQ(wizard.End(), 0);
 }
 
+TEST(Devices, PropertiesOfAKnownDeviceAreReadAndFlagged) {
+  const std::string key = "HKLM\\System\\CurrentControlSet\\Enum\\USB\\VID_16C0&PID_0483\\1";
+  const auto add = [&](const char* name, const char* type, const std::string& value) {
+    return RunProgram("reg", {"add", key, "/v", name, "/t", type, "/d", value, "/f"}).status;
+  };
+  ASSERT_EQ(add("ClassGUID", "REG_SZ", "{4D36E978-E325-11CE-BFC1-08002BE10318}"), 0);
+  ASSERT_EQ(add("HardwareID", "REG_MULTI_SZ", "USB\\VID_16C0&PID_0483\\0" + kHardwareId), 0);
+  ASSERT_EQ(add("CompatibleIDs", "REG_MULTI_SZ", "USB\\Class_02"), 0);
+  ASSERT_EQ(add("ConfigFlags", "REG_DWORD", "1024"), 0);
+  EXPECT_EQ(RunProgram(DRIVER_PROBE, {kHardwareId}).output,
+            "ids USB\\VID_16C0&PID_0483|" + kHardwareId +
+                "| compatible USB\\Class_02| flags 1024, written\n");
+  const std::string after = RunProgram("reg", {"query", key, "/v", "ConfigFlags"}).output;
+  EXPECT_NE(after.find("0x420"), std::string::npos) << after;
+  RunProgram("reg", {"delete", key, "/f"});
+}
+
 struct TemporaryFolderCase {
   const char* situation;
   const char* folder;
