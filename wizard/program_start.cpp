@@ -12,12 +12,12 @@
 #include "store/host_selection.h"
 #include "wizard/wizard_pages.h"
 
+DirectoryHandle* NamedFolder;
+
 namespace {
 
 // Leaves room in HostFolder for the separator and the terminator.
 constexpr std::size_t kLongestFolder = 258;
-
-DirectoryHandle* named_folder;  // held open until the process ends
 
 int InstallInto(const char* path) {
   const std::size_t length = std::strlen(path);
@@ -37,8 +37,8 @@ int InstallInto(const char* path) {
     HostFolder[length] = '\\';
     HostFolder[length + 1] = '\0';
   }
-  named_folder = OpenDirectory(HostFolder);
-  if (named_folder == nullptr) {
+  NamedFolder = OpenDirectory(HostFolder);
+  if (NamedFolder == nullptr) {
     std::fprintf(stderr, "Unable to access directory: %s\n", HostFolder);
     return 1;
   }

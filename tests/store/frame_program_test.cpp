@@ -14,8 +14,6 @@ namespace {
 ProgramResult RunWithFrame(const std::string& frame, const std::vector<std::string>& arguments) {
   ProgramOptions options;
   options.without = {"DISPLAY", "WAYLAND_DISPLAY"};
-  // The program leaves everything to the end of its process, the named folder's handle included.
-  options.environment = {"ASAN_OPTIONS=detect_leaks=0"};
   return RunProgram(std::string(PROGRAMS "/frame_") + frame, arguments, options);
 }
 
