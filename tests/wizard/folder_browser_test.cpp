@@ -228,7 +228,6 @@ TEST_F(FolderBrowser, DoubleClickArrivesAsASingleOneFirstAndKeepsAnAcceptedFolde
 }
 
 TEST_F(FolderBrowser, StateOutlivesVisitsToOtherPages) {
-  ResetWizard();
   Show();
   SelectEntry("ide/", 0);
   GoToPage(2);

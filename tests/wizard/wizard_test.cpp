@@ -32,8 +32,8 @@ namespace {
 // Widgets are never destroyed, by design; those of earlier tests are held here, so that a leak
 // report names nothing but leaks.
 std::vector<const void*>& Graveyard() {
-  static std::vector<const void*> graveyard;
-  return graveyard;
+  static auto* graveyard = new std::vector<const void*>;  // outlives the report
+  return *graveyard;
 }
 
 }  // namespace
@@ -48,13 +48,18 @@ WizardTest::WizardTest() : home_variable_("HOME", home_.path()) {
 }
 
 WizardTest::~WizardTest() {
-  Graveyard().insert(Graveyard().end(), {MainWindow, HelpWindow, LogBuffer});
-  ResetWizard();
+  Forget();
   ResetDriverSurvey();
   RunPending();
 }
 
+void WizardTest::Forget() {
+  Graveyard().insert(Graveyard().end(), {MainWindow, HelpWindow, LogBuffer});
+  ResetWizard();
+}
+
 void WizardTest::Build(std::vector<TestEntry> entries) {
+  Forget();
   store_.reset();  // there is one at a time
   store_ = std::make_unique<TestStore>(std::move(entries));
   BuildWizard();

@@ -26,7 +26,8 @@ class WizardTest : public ::testing::Test {
   WizardTest();
   ~WizardTest() override;
 
-  // Makes `entries` the payload and builds the wizard around it, without showing it.
+  // Makes `entries` the payload and builds the wizard around it, without showing it. A wizard built
+  // before is forgotten.
   void Build(std::vector<TestEntry> entries);
   void Build() { Build(SmallPayload1819()); }
 
@@ -53,6 +54,8 @@ class WizardTest : public ::testing::Test {
   std::unique_ptr<TestStore> store_;
 
  private:
+  static void Forget();
+
   ScopedEnvironment home_variable_;
   ScopedEnvironment config_variable_{"XDG_CONFIG_HOME", ""};
   ScopedEnvironment data_variable_{"XDG_DATA_HOME", ""};
