@@ -394,6 +394,7 @@ TEST_F(HostPreferences, UnreadableFileEndsSilently) {
     const ScopedOrdinaryUser user;
     Update();
   }
+  chmod(Arduino15().c_str(), 0666);
   EXPECT_EQ(ReadFile(Arduino15()), "a=1\n");
 }
 

@@ -70,6 +70,7 @@ TEST_F(Removal, UnreadableFileCountsAsAbsent) {
     const ScopedOrdinaryUser user;
     EXPECT_EQ(Dispose(kEntry), 0);
   }
+  fs::permissions(target_, fs::perms::all);
   EXPECT_EQ(ReadFile(target_), "stays");
 }
 
