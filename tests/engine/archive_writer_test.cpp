@@ -8,6 +8,7 @@
 #include "engine/writers.h"
 #include "tests/engine/engine_test.h"
 #include "tests/support/jars.h"
+#include "tests/support/small_disk.h"
 
 namespace {
 
@@ -175,7 +176,7 @@ TEST_F(ArchiveWriter, RefusedCommitKeepsTheArchiveByteForByte) {
 
 TEST_F(ArchiveWriter, FullDiskRefusesTheCommitAndKeepsTheArchive) {
   fs::create_directory(*this / "disk");
-  const ScopedSmallDisk disk(*this / "disk");
+  const ScopedSmallDisk disk(*this / "disk", 64 << 10);
   if (!disk.ok()) GTEST_SKIP() << "mounting is not allowed here";
   WriteJar(*this / "disk/pde.jar", members_);
   const ::Files before = ReadTree(*this / "disk");

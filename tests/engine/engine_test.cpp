@@ -1,7 +1,5 @@
 #include "tests/engine/engine_test.h"
 
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -68,16 +66,6 @@ ScopedReadOnlyFolder::ScopedReadOnlyFolder(const std::string& path) : path_(path
 
 ScopedReadOnlyFolder::~ScopedReadOnlyFolder() {
   chmod(path_.c_str(), 0777);
-}
-
-ScopedSmallDisk::ScopedSmallDisk(const std::string& path)
-    : path_(path),
-      mounted_(unshare(CLONE_NEWNS) == 0 &&
-               mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               mount("none", path.c_str(), "tmpfs", 0, "size=64k") == 0) {}
-
-ScopedSmallDisk::~ScopedSmallDisk() {
-  if (mounted_) umount2(path_.c_str(), MNT_DETACH);
 }
 
 std::string Noise(std::size_t size) {

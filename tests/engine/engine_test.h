@@ -58,21 +58,5 @@ class ScopedReadOnlyFolder {
   std::string path_;
 };
 
-// A file system of 64 KiB at `path`, a folder that exists, seen by this process alone. ok() is
-// false where the test may not mount.
-class ScopedSmallDisk {
- public:
-  explicit ScopedSmallDisk(const std::string& path);
-  ~ScopedSmallDisk();
-  ScopedSmallDisk(const ScopedSmallDisk&) = delete;
-  ScopedSmallDisk& operator=(const ScopedSmallDisk&) = delete;
-
-  bool ok() const { return mounted_; }
-
- private:
-  std::string path_;
-  bool mounted_;
-};
-
 // `size` bytes that no compression makes smaller, the same ones every time.
 std::string Noise(std::size_t size);

@@ -9,6 +9,7 @@
 #include "engine/writers.h"
 #include "tests/engine/engine_test.h"
 #include "tests/support/jars.h"
+#include "tests/support/small_disk.h"
 
 namespace {
 
@@ -127,7 +128,7 @@ TEST_F(FileWriter, FileInAFoldersPlaceIsRefused) {
 
 TEST_F(FileWriter, FullDiskFailsTheWriteAndLeavesAPart) {
   fs::create_directory(*this / "disk");
-  const ScopedSmallDisk disk(*this / "disk");
+  const ScopedSmallDisk disk(*this / "disk", 64 << 10);
   if (!disk.ok()) GTEST_SKIP() << "mounting is not allowed here";
   EXPECT_EQ(WriteEntryToFile(host(), "disk/", "large", kLarge), -1);
   EXPECT_STREQ(InstallErrorText(), "Error while writing to file \"disk/large\".");
@@ -138,7 +139,7 @@ TEST_F(FileWriter, FullDiskFailsTheWriteAndLeavesAPart) {
 
 TEST_F(FileWriter, FullDiskFailsTheFlushOfASmallFile) {
   fs::create_directory(*this / "disk");
-  const ScopedSmallDisk disk(*this / "disk");
+  const ScopedSmallDisk disk(*this / "disk", 64 << 10);
   if (!disk.ok()) GTEST_SKIP() << "mounting is not allowed here";
   WriteEntryToFile(host(), "disk/", "large", kLarge);
   EXPECT_EQ(WriteEntryToFile(host(), "disk/", "small", kEntry), -1);

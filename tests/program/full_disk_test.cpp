@@ -1,6 +1,5 @@
 // A disk that fills up at every step of an install.
 #include <gtest/gtest.h>
-#include <sys/mount.h>
 
 #include <filesystem>
 #include <map>
@@ -9,6 +8,7 @@
 #include "tests/program/case_host.h"
 #include "tests/support/arduino_host.h"
 #include "tests/support/run_program.h"
+#include "tests/support/small_disk.h"
 #include "tests/support/temp_dir.h"
 
 namespace fs = std::filesystem;
@@ -16,26 +16,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kPage = 4096;
-
-// A file system of its own, of a given size.
-class SmallDisk {
- public:
-  explicit SmallDisk(std::size_t bytes) {
-    const std::string options = "size=" + std::to_string(bytes) + ",mode=777";
-    mounted_ = mount("tmpfs", mount_point_.path().c_str(), "tmpfs", 0, options.c_str()) == 0;
-  }
-  ~SmallDisk() {
-    if (mounted_) umount2(mount_point_.path().c_str(), MNT_DETACH);
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-  bool mounted() const { return mounted_; }
-  std::string operator/(const std::string& below) const { return mount_point_ / below; }
-
- private:
-  TempDir mount_point_;
-  bool mounted_ = false;
-};
 
 using Files = std::map<std::string, std::string>;
 
@@ -56,7 +36,7 @@ Files CompleteInstall() {
 }
 
 // Leaves `pages` free pages on the disk.
-void FillUpTo(const SmallDisk& disk, std::size_t pages) {
+void FillUpTo(const TempDir& disk, std::size_t pages) {
   const std::size_t free = fs::space(disk / "host").available;
   WriteFile(disk / "ballast", std::string(free - pages * kPage, 'b'));
 }
@@ -67,8 +47,9 @@ TEST(FullDisk, EveryStepEndsWithAnErrorAndSoundJars) {
   std::size_t failures = 0;
   for (std::size_t pages = 0; pages < 200 && !succeeded; ++pages) {
     SCOPED_TRACE(std::to_string(pages) + " free pages");
-    const SmallDisk disk(4 << 20);
-    if (!disk.mounted()) GTEST_SKIP() << "this machine doesn't let the test mount a file system";
+    const TempDir disk;
+    const ScopedSmallDisk mounted(disk.path(), 4 << 20);
+    if (!mounted.ok()) GTEST_SKIP() << "this machine doesn't let the test mount a file system";
     MakeArduino1819(disk / "host");
     const Files before = ReadHost(disk / "host");
     FillUpTo(disk, pages);

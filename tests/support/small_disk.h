@@ -1,0 +1,22 @@
+// A file system that fills up.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// Mounts a file system of its own of `bytes` on the existing folder `path`, for the life of the
+// object. It is seen by this process and its children alone, so nothing of it outlives them.
+// Mounting needs root's rights: where the machine doesn't let the test have it, ok() is false.
+class ScopedSmallDisk {
+ public:
+  ScopedSmallDisk(const std::string& path, std::size_t bytes);
+  ~ScopedSmallDisk();
+  ScopedSmallDisk(const ScopedSmallDisk&) = delete;
+  ScopedSmallDisk& operator=(const ScopedSmallDisk&) = delete;
+
+  bool ok() const { return mounted_; }
+
+ private:
+  std::string path_;
+  bool mounted_;
+};
