@@ -9,8 +9,8 @@
 #include "tests/driver/sample_infs.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temp_dir.h"
-#include "tests/windows/clicked_wizard.h"
 #include "tests/windows/run_in_wine.h"
+#include "tests/windows/wine_window.h"
 #include "tests/windows/without_utf8.h"
 
 namespace fs = std::filesystem;
@@ -41,7 +41,7 @@ class DriverPage : public testing::Test {
     for (const char* name : {"calls.txt", "refuse.txt"}) fs::remove(drive_ + name);
   }
 
-  static void GoToDriverPage(ClickedWizard* wizard) {
+  static void GoToDriverPage(WineWindow* wizard) {
     wizard->Click(kNext);
     wizard->WaitUntilActive(kBack);
   }
@@ -65,7 +65,7 @@ class DriverPage : public testing::Test {
 TEST_F(DriverPage, SystemsOwnDriverNeedsNoInstall) {
   WriteFile(inf_ + "usbser.inf", kSystemDriverInf);
   SetSearchOrder("1");
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToDriverPage(&wizard);
   wizard.Keep("driver-of-the-system");
   EXPECT_TRUE(wizard.IsActive(kNext));
@@ -81,7 +81,7 @@ TEST_F(DriverPage, SystemsOwnDriverNeedsNoInstall) {
 
 TEST_F(DriverPage, OlderSystemsFileNeedsTheInstall) {
   WriteFile(inf_ + "usbser.inf", kOlderSystemInf);
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToDriverPage(&wizard);
   EXPECT_TRUE(wizard.IsActive(kSkipDriver));
   EXPECT_TRUE(wizard.IsActive(kNext));
@@ -94,7 +94,7 @@ TEST_F(DriverPage, OlderSystemsFileNeedsTheInstall) {
 
 TEST_F(DriverPage, NextInstallsAndUpdateServesTheDevices) {
   SetSearchOrder("1");
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToDriverPage(&wizard);
   ASSERT_TRUE(wizard.IsActive(kSkipDriver));
   wizard.Click(kNext);
@@ -114,7 +114,7 @@ TEST_F(DriverPage, NextInstallsAndUpdateServesTheDevices) {
 }
 
 TEST_F(DriverPage, OrdinaryUserCanOnlySkip) {
-  ClickedWizard wizard(WITHOUT_ADMINISTRATORS, {INSTALLER});
+  WineWindow wizard(WITHOUT_ADMINISTRATORS, {INSTALLER});
   GoToDriverPage(&wizard);
   wizard.Keep("driver-ordinary-user");
   EXPECT_FALSE(wizard.IsActive(kNext));
@@ -166,8 +166,7 @@ TEST_P(TemporaryFolder, OfAnyNameIsInstalledFrom) {
   const TempDir dir;
   fs::create_directory(folder);
   Set(std::string("C:\\") + GetParam().folder);
-  ClickedWizard wizard(GetParam().utf8 ? INSTALLER
-                                       : WithoutUtf8(INSTALLER, dir / "quirloduino.exe"));
+  WineWindow wizard(GetParam().utf8 ? INSTALLER : WithoutUtf8(INSTALLER, dir / "quirloduino.exe"));
   GoToDriverPage(&wizard);
   ASSERT_TRUE(wizard.IsActive(kSkipDriver)) << "nothing was staged";
   EXPECT_EQ(ReadFile(folder + "/cdcacm.inf"), ReadFile(SAMPLE "/cdcacm.inf"));
@@ -271,7 +270,7 @@ const std::string kDevices = Opened(kStaged) + "first line of DeviceList, key -\
                              kNextLine + TextRead(8192) + kNextLine + "close\n";
 
 TEST_F(MadeMachine, IsAskedExactlyTheseQuestions) {
-  ClickedWizard wizard(dir_ / "quirloduino.exe");
+  WineWindow wizard(dir_ / "quirloduino.exe");
   GoToDriverPage(&wizard);
   EXPECT_TRUE(wizard.IsActive(kSkipDriver));
   EXPECT_EQ(Calls(), kSurvey);
@@ -290,7 +289,7 @@ TEST_F(MadeMachine, IsAskedExactlyTheseQuestions) {
 
 TEST_F(MadeMachine, RefusedInstallIsToldAndTriedAgain) {
   WriteFile(drive_ + "refuse.txt", "");
-  ClickedWizard wizard(dir_ / "quirloduino.exe");
+  WineWindow wizard(dir_ / "quirloduino.exe");
   GoToDriverPage(&wizard);
   Calls();
   wizard.ClickAndWait(kNext);

@@ -10,9 +10,9 @@
 #include "tests/support/arduino_host.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temp_dir.h"
-#include "tests/windows/clicked_wizard.h"
 #include "tests/windows/planted_libraries.h"
 #include "tests/windows/run_in_wine.h"
+#include "tests/windows/wine_window.h"
 
 namespace fs = std::filesystem;
 
@@ -43,7 +43,7 @@ class WineWizard : public testing::Test {
   }
 
   // From the first page to the folder page, past the driver page. The survey finds what it finds.
-  static void GoToFolderPage(ClickedWizard* wizard, bool keep) {
+  static void GoToFolderPage(WineWindow* wizard, bool keep) {
     if (keep) wizard->Keep("1-welcome");
     wizard->Click(kNext);
     wizard->WaitUntilActive(kBack);  // until the survey has ended
@@ -67,7 +67,7 @@ TEST_F(WineWizard, InstallsFromTheFirstPageToTheLastBesidePlantedLibraries) {
   PlantLibraries(dir.path());
   WineOverrides = PreferPlantedLibraries();
 
-  ClickedWizard wizard(dir / "quirloduino.exe");
+  WineWindow wizard(dir / "quirloduino.exe");
   GoToFolderPage(&wizard, true);
   EXPECT_FALSE(wizard.IsActive(kNext)) << "the Documents folder is no Arduino";
   wizard.ClickAndWait(ListLine(1), 2);  // into the folder, behind "../"
@@ -98,7 +98,7 @@ TEST_F(WineWizard, InstallsFromTheFirstPageToTheLastBesidePlantedLibraries) {
 
 TEST_F(WineWizard, FolderPageStandsOnTheCopyThatTheSearchFinds) {
   MakeArduino1819(user_ + "/Desktop/arduino-1.8.19");
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToFolderPage(&wizard, false);
   wizard.WaitUntilActive(kNext);
   wizard.Keep("folder-found");
@@ -107,7 +107,7 @@ TEST_F(WineWizard, FolderPageStandsOnTheCopyThatTheSearchFinds) {
 }
 
 TEST_F(WineWizard, AllDrivesAreListedAndEntered) {
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToFolderPage(&wizard, false);
   wizard.ClickAndWait(kPathChoice);
   wizard.Keep("folder-path-menu");
@@ -124,7 +124,7 @@ TEST_F(WineWizard, HelpWindowShowsTheNoteAboutTheApp) {
   WriteFile(documents_ + "/ArduinoData/preferences.txt",
             "board=uno\r\nruntime.ide.hardwarepath="
             "C:\\Program Files\\WindowsApps\\ArduinoLLC.ArduinoIDE_1.8.57.0_x86\\hardware\r\n");
-  ClickedWizard wizard(INSTALLER);
+  WineWindow wizard(INSTALLER);
   GoToFolderPage(&wizard, false);
   wizard.Click(kHelp);
   wizard.TurnTo("Quirloduino .* Help");
@@ -138,7 +138,7 @@ TEST_F(WineWizard, HelpWindowShowsTheNoteAboutTheApp) {
 }
 
 TEST_F(WineWizard, UnknownArgumentShowsTheUsageBoxAndThenTheWizard) {
-  ClickedWizard box(INSTALLER, {"--DIR=C:\\x"}, "Error");
+  WineWindow box(INSTALLER, {"--DIR=C:\\x"}, "Error");
   box.Keep("usage");
   box.Press("Return");
   box.TurnTo("Quirloduino .* Installer");

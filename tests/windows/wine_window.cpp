@@ -1,4 +1,4 @@
-#include "tests/windows/clicked_wizard.h"
+#include "tests/windows/wine_window.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -45,7 +45,7 @@ std::string Place(Spot spot) {
 }  // namespace
 
 template <typename Condition>
-void ClickedWizard::WaitFor(const char* what, Condition condition) {
+void WineWindow::WaitFor(const char* what, Condition condition) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(kLongestWait);
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) {
@@ -56,8 +56,8 @@ void ClickedWizard::WaitFor(const char* what, Condition condition) {
   }
 }
 
-ClickedWizard::ClickedWizard(const std::string& program, const std::vector<std::string>& arguments,
-                             const std::string& title) {
+WineWindow::WineWindow(const std::string& program, const std::vector<std::string>& arguments,
+                       const std::string& title) {
   std::vector<std::string> words = {WINE_LAUNCHER, "--prefix", WinePrefix()};
   if (!WineOverrides.empty()) words.insert(words.end(), {"--override", WineOverrides});
   words.push_back(program);
@@ -74,13 +74,13 @@ ClickedWizard::ClickedWizard(const std::string& program, const std::vector<std::
   TurnTo(title);
 }
 
-ClickedWizard::~ClickedWizard() {
+WineWindow::~WineWindow() {
   if (process_ == 0) return;
   StopWine();
   End();
 }
 
-void ClickedWizard::TurnTo(const std::string& title) {
+void WineWindow::TurnTo(const std::string& title) {
   window_.clear();
   WaitFor("the window", [&] {
     const std::string found =
@@ -98,16 +98,16 @@ void ClickedWizard::TurnTo(const std::string& title) {
   });
 }
 
-void ClickedWizard::Click(Spot spot, int times) {
+void WineWindow::Click(Spot spot, int times) {
   OutputOf("xdotool mousemove --window " + window_ + " " + Place(spot) + " click --repeat " +
            std::to_string(times) + " --delay 60 1");
 }
 
-void ClickedWizard::Press(const std::string& key) {
+void WineWindow::Press(const std::string& key) {
   OutputOf("xdotool key --window " + window_ + " " + key);
 }
 
-void ClickedWizard::ClickAndWait(Spot spot, int times) {
+void WineWindow::ClickAndWait(Spot spot, int times) {
   const std::string before = Pixels();
   Click(spot, times);
   std::string last;
@@ -120,7 +120,7 @@ void ClickedWizard::ClickAndWait(Spot spot, int times) {
   });
 }
 
-bool ClickedWizard::IsActive(Spot button) {
+bool WineWindow::IsActive(Spot button) {
   const std::string pixels = Pixels();
   if (pixels.size() != 3 * kWidth * kHeight) return false;
   int black = 0;
@@ -135,15 +135,15 @@ bool ClickedWizard::IsActive(Spot button) {
   return black > 10;
 }
 
-void ClickedWizard::WaitUntilActive(Spot button) {
+void WineWindow::WaitUntilActive(Spot button) {
   WaitFor("an active button", [&] { return IsActive(button); });
 }
 
-void ClickedWizard::WaitUntilInactive(Spot button) {
+void WineWindow::WaitUntilInactive(Spot button) {
   WaitFor("an inactive button", [&] { return !IsActive(button); });
 }
 
-void ClickedWizard::Keep(const std::string& name) {
+void WineWindow::Keep(const std::string& name) {
   std::filesystem::create_directories(PICTURES);
   // Cut out of the whole screen, so that a menu over the window is in the picture.
   OutputOf("eval $(xdotool getwindowgeometry --shell " + window_ +
@@ -151,13 +151,13 @@ void ClickedWizard::Keep(const std::string& name) {
            name + ".png");
 }
 
-int ClickedWizard::End() {
+int WineWindow::End() {
   int status = 0;
   if (process_ == 0 || waitpid(process_, &status, 0) != process_) return -1;
   process_ = 0;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-std::string ClickedWizard::Pixels() {
+std::string WineWindow::Pixels() {
   return OutputOf("import -silent -window " + window_ + " -depth 8 rgb:- 2>/dev/null");
 }

@@ -20,15 +20,15 @@ inline constexpr Spot kCancel = {435, 336};
 inline constexpr Spot kSkipDriver = {395, 273};
 inline constexpr Spot kPathChoice = {459, 90};
 
-class ClickedWizard {
+class WineWindow {
  public:
   // Starts `program` in the Wine prefix of the tests and waits for its window.
-  explicit ClickedWizard(const std::string& program, const std::vector<std::string>& arguments = {},
-                         const std::string& title = "Quirloduino .* Installer");
+  explicit WineWindow(const std::string& program, const std::vector<std::string>& arguments = {},
+                      const std::string& title = "Quirloduino .* Installer");
   // Ends a program that still runs.
-  ~ClickedWizard();
-  ClickedWizard(const ClickedWizard&) = delete;
-  ClickedWizard& operator=(const ClickedWizard&) = delete;
+  ~WineWindow();
+  WineWindow(const WineWindow&) = delete;
+  WineWindow& operator=(const WineWindow&) = delete;
 
   // Turns to another window of the program, once that is shown.
   void TurnTo(const std::string& title);
