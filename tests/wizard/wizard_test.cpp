@@ -15,6 +15,7 @@
 #include "driver/driver_page.h"
 #include "driver/driver_survey.h"
 #include "recognition/check_log.h"
+#include "tests/wizard/open_display.h"
 #include "wizard/help_window.h"
 #include "wizard/wizard_pages.h"
 
@@ -39,6 +40,7 @@ std::vector<const void*>& Graveyard() {
 }  // namespace
 
 WizardTest::WizardTest() : home_variable_("HOME", home_.path()) {
+  OpenDisplay();
   WriteFile(Home(".config/user-dirs.dirs"),
             "XDG_DOCUMENTS_DIR=\"$HOME/Documents\"\nXDG_DESKTOP_DIR=\"$HOME/Desktop\"\n");
   fs::create_directories(Home("Documents"));

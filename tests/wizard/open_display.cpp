@@ -1,0 +1,22 @@
+#include "tests/wizard/open_display.h"
+
+#include <FL/x.H>
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+void OpenDisplay() {
+  if (fl_display != nullptr) return;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  for (;;) {
+    if (Display* display = XOpenDisplay(nullptr)) {
+      fl_open_display(display);
+      return;
+    }
+    if (std::chrono::steady_clock::now() > end) {
+      throw std::runtime_error("the wizard's tests need a display: set DISPLAY, or use xvfb-run");
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+}
