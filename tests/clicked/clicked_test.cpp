@@ -76,7 +76,7 @@ Pixels ClickedTest::DrawText(const std::string& text, Area area, int size, int a
                                             std::to_string(align),
                                             box,
                                             text};
-  ClickedWizard window(display_.get(), command, Environment({}), "^Label$");
+  ClickedWizard window(display_.get(), command, Environment({}), "Label");
   return window.Look(area);
 }
 

@@ -151,6 +151,34 @@ TEST_F(ClickedInstall, OneLibraryAfterNoneIsTheOnlyOne) {
   EXPECT_EQ(LibrariesIn(ReadHost(host_)), std::set<std::string>{"Cedar"});
 }
 
+TEST_F(ClickedInstall, CancelEndsTheProgramOnEachPageAndLeavesTheFolderAlone) {
+  const Tree before = ReadHost(host_);
+  for (int page = 0; page < 5; ++page) {
+    const auto wizard = Start(PROGRAM);
+    for (int i = 0; i < page; ++i) {
+      wizard->WaitUntilActive(kNext);
+      wizard->ClickAndWait(kNext);
+    }
+    wizard->WaitUntilActive(kCancel);  // on the driver page when the survey has ended
+    EXPECT_EQ(Done(wizard.get()), 0) << "page " << page;
+  }
+  EXPECT_THAT(ReadHost(host_), testing::ContainerEq(before));
+}
+
+TEST_F(ClickedInstall, LibraryFurtherDownIsReachedByTheWheel) {
+  const auto wizard = Start(LIBRARIES_PROGRAM);
+  GoToFolderPage(wizard.get());
+  wizard->ClickAndWait(kNext);
+  wizard->Scroll(LibraryRow(5), 10);  // as far as it goes: the last row ends the list
+  wizard->ClickAndWait({60, 270});
+  wizard->Keep("libraries-scrolled");
+  wizard->ClickAndWait(kNext);
+  InstallToTheEnd(wizard.get());
+  EXPECT_EQ(Done(wizard.get()), 0);
+  const Tree all = TreeOfCommandLine(LIBRARIES_PROGRAM);
+  EXPECT_THAT(ReadHost(host_), testing::ContainerEq(Without(all, {"Nettle"})));
+}
+
 TEST_F(ClickedInstall, UnwritableFolderShowsAdviceAndAWritableOneCompletes) {
   for (const auto& entry : fs::recursive_directory_iterator(host_)) {
     fs::permissions(entry.path(), fs::perms::all);

@@ -15,7 +15,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <stdexcept>
 #include <thread>
 
@@ -121,9 +120,8 @@ Window FindWindow(Display* display, const std::string& title) {
   if (XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count) == 0) {
     return 0;
   }
-  const std::regex wanted(title);
   for (unsigned i = 0; i < count && found == 0; ++i) {
-    if (std::regex_search(TitleOf(display, children[i]), wanted) && IsShown(display, children[i])) {
+    if (TitleOf(display, children[i]).ends_with(title) && IsShown(display, children[i])) {
       found = children[i];
     }
   }
@@ -259,11 +257,19 @@ void ClickedWizard::WaitUntilGone(const std::string& title) {
 }
 
 void ClickedWizard::Click(Spot spot, int times) {
+  PressMouseButton(spot, "1", times);
+}
+
+void ClickedWizard::Scroll(Spot spot, int steps) {
+  PressMouseButton(spot, "5", steps);
+}
+
+void ClickedWizard::PressMouseButton(Spot spot, const std::string& button, int times) {
   Area place{};
   if (!PlaceOf(Connection(connection_), window_, &place)) throw std::runtime_error("no window");
   RunOn(display_,
         {"xdotool", "mousemove", std::to_string(place.x + spot.x), std::to_string(place.y + spot.y),
-         "click", "--repeat", std::to_string(times), "--delay", "20", "1"});
+         "click", "--repeat", std::to_string(times), "--delay", "20", button});
 }
 
 void ClickedWizard::Press(const std::string& key) {

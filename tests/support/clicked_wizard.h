@@ -59,25 +59,26 @@ class TestDisplay {
 class ClickedWizard {
  public:
   // Starts `command` (a program and its arguments) with `environment` (NAME=value) added to the
-  // test's own, and waits for its window, whose title the regular expression `title` is found in.
+  // test's own, and waits for its window, whose title ends in `title`.
   ClickedWizard(TestDisplay* display, const std::vector<std::string>& command,
                 const std::vector<std::string>& environment = {},
-                const std::string& title = " Installer$");
+                const std::string& title = " Installer");
   // Ends a program that still runs.
   ~ClickedWizard();
   ClickedWizard(const ClickedWizard&) = delete;
   ClickedWizard& operator=(const ClickedWizard&) = delete;
 
-  // Turns to another window of the program, once that is shown, and gives it the keyboard. Each
-  // window is put beside those that were turned to before it.
+  // Turns to another window, by the end of its title, once that is shown, and gives it the
+  // keyboard. Each window is put beside those that were turned to before it.
   void TurnTo(const std::string& title);
 
-  // Whether a window of that title is on the screen.
+  // Whether a window whose title ends so is on the screen.
   bool Shows(const std::string& title);
   void WaitUntilGone(const std::string& title);
 
   void Click(Spot spot, int times = 1);
   void Press(const std::string& key);
+  void Scroll(Spot spot, int steps);  // down, by the wheel
 
   // Clicks, then waits until the program has drawn all that came of it. What a timer of the program
   // does later is not waited for.
@@ -111,6 +112,7 @@ class ClickedWizard {
   bool HasEnded();
 
  private:
+  void PressMouseButton(Spot spot, const std::string& button, int times);
   bool CornerWasDrawnAnew();
   void WritePicture(const std::string& name);
 
