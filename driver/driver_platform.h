@@ -4,8 +4,8 @@
 // fails as the real one would. Tests link a simulated machine in their place.
 //
 // True is success, false is failure with its code in LastSystemError; a null handle is a failure.
-// Sizes are in bytes and, for texts, include the terminator; all texts are narrow, in the system's
-// code page. On failure an output is not written unless said otherwise.
+// Sizes are in bytes and, for texts, include the terminator; all texts are narrow, and on
+// Windows UTF-8, whatever the code page. On failure an output is not written unless said otherwise.
 #pragma once
 
 #include <cstdint>

@@ -4,11 +4,13 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstring>
 
 #include "driver/driver_platform.h"
+#include "platform/windows_text.h"
 
 // The system's records and ours are copied into one another bit by bit.
 static_assert(sizeof(InfContext) == sizeof(INFCONTEXT));
@@ -32,6 +34,9 @@ static_assert(FORMAT_MESSAGE_FROM_SYSTEM == 0x1000);
 static_assert(sizeof(DWORD) == sizeof(std::uint32_t) && sizeof(UINT) == sizeof(std::uint32_t));
 
 namespace {
+
+constexpr std::size_t kBytesOfAUnit = 3;  // of UTF-8, for one unit of UTF-16, at most
+constexpr std::size_t kLongestMessage = 800;
 
 // Calls `operation` with the system's form of `ours`, which may be changed by it.
 template <typename System, typename Ours, typename Operation>
@@ -77,7 +82,9 @@ UpdateDriverFunction FindUpdateDriver() {
 // ---- INF files --------------------------------------------------------------------------------
 
 InfFile* OpenInfFile(const char* name) {
-  HINF file = SetupOpenInfFileA(name, nullptr, INF_STYLE_WIN4, nullptr);
+  char path[kWidePathSize];
+  if (!CodePageFromUtf8(name, path, sizeof path)) return nullptr;
+  HINF file = SetupOpenInfFileA(path, nullptr, INF_STYLE_WIN4, nullptr);
   return file == INVALID_HANDLE_VALUE ? nullptr : static_cast<InfFile*>(file);
 }
 
@@ -116,7 +123,12 @@ bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_si
 }
 
 bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
-  return SetupCopyOEMInfA(path, nullptr, SPOST_NONE, SP_COPY_DELETESOURCE, installed_name, size,
+  char source[kWidePathSize];
+  if (!CodePageFromUtf8(path, source, sizeof source)) {
+    SetLastError(ERROR_FILE_NOT_FOUND);
+    return false;
+  }
+  return SetupCopyOEMInfA(source, nullptr, SPOST_NONE, SP_COPY_DELETESOURCE, installed_name, size,
                           nullptr, nullptr) != FALSE;
 }
 
@@ -124,8 +136,9 @@ bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
 
 bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf_path) {
   const UpdateDriverFunction update = FindUpdateDriver();
-  if (update == nullptr) return false;
-  return update(static_cast<HWND>(parent_window), hardware_id, inf_path, 0, nullptr) != FALSE;
+  char path[kWidePathSize];
+  if (update == nullptr || !CodePageFromUtf8(inf_path, path, sizeof path)) return false;
+  return update(static_cast<HWND>(parent_window), hardware_id, path, 0, nullptr) != FALSE;
 }
 
 // An invalid set (INVALID_HANDLE_VALUE, not null) goes through as it is: the calls below take it
@@ -204,7 +217,15 @@ void CloseRegistryKey(RegistryKey* key) {
 // ---- The rest ---------------------------------------------------------------------------------
 
 std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size) {
-  return GetTempPathA(size, path);
+  wchar_t folder[kWidePathSize];
+  const DWORD length = GetTempPathW(kWidePathSize, folder);
+  if (length == 0 || length >= kWidePathSize) return 0;
+  char text[kBytesOfAUnit * kWidePathSize];
+  if (!Utf8FromWide(folder, text, sizeof text)) return 0;
+  const std::size_t needed = std::strlen(text) + 1;
+  if (needed > size) return static_cast<std::uint32_t>(needed);
+  std::memcpy(path, text, needed);
+  return static_cast<std::uint32_t>(needed - 1);
 }
 
 std::uint32_t LastSystemError() {
@@ -212,5 +233,9 @@ std::uint32_t LastSystemError() {
 }
 
 void GetSystemMessage(std::uint32_t code, char* text, std::uint32_t size) {
-  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, text, size, nullptr);
+  char words[kLongestMessage];
+  if (FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, words,
+                     std::min<std::uint32_t>(size, sizeof words), nullptr) != 0) {
+    Utf8FromCodePage(words, text, size);
+  }
 }

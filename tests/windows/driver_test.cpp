@@ -180,7 +180,9 @@ TEST_P(TemporaryFolder, OfAnyNameIsInstalledFrom) {
 
 const TemporaryFolderCase kTemporaryFolders[] = {
     {"WesternInUtf8", "\xC3\xA9 \xC3\xBC \xC3\x9F", true},
+    {"WesternInTheSystemsCodePage", "\xC3\xA9 \xC3\xBC \xC3\x9F", false},
     {"RussianInUtf8", "\xD0\x9C\xD0\xB8\xD1\x80", true},
+    {"RussianInTheSystemsCodePage", "\xD0\x9C\xD0\xB8\xD1\x80", false},
 };
 
 INSTANTIATE_TEST_SUITE_P(All, TemporaryFolder, testing::ValuesIn(kTemporaryFolders),
