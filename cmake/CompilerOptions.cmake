@@ -7,7 +7,7 @@ target_compile_options(
 if(QUIRLODUINO_SANITIZE)
   target_compile_options(
     quirloduino_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
-                                  -fno-omit-frame-pointer -O1)
+                                  -fno-omit-frame-pointer)
   target_link_options(quirloduino_options INTERFACE -fsanitize=address,undefined)
 endif()
 set(CMAKE_CXX_EXTENSIONS OFF)

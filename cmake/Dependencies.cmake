@@ -20,5 +20,6 @@ endif()
 
 if(QUIRLODUINO_BUILD_TESTS AND NOT CMAKE_CROSSCOMPILING)
   find_package(GTest REQUIRED)
+  find_package(X11 REQUIRED)  # for looking at a window
   include(GoogleTest)
 endif()
