@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -36,30 +35,31 @@ std::vector<std::string> recognised;
 
 // The names that the linker gives to the wrapped functions, which are those of the compiler's own
 // encoding.
-extern "C" {
-bool __real__Z17SpecialFolderPath13SpecialFolderPc(SpecialFolder folder, char* path);
-bool __wrap__Z17SpecialFolderPath13SpecialFolderPc(SpecialFolder folder, char* path);
-bool __wrap__Z17SpecialFolderPath13SpecialFolderPc(SpecialFolder folder, char* path) {
+bool RealSpecialFolderPath(SpecialFolder folder,
+                           char* path) __asm__("__real__Z17SpecialFolderPath13SpecialFolderPc");
+bool WrappedSpecialFolderPath(SpecialFolder folder,
+                              char* path) __asm__("__wrap__Z17SpecialFolderPath13SpecialFolderPc");
+bool RealDirectoryExists(const char* path) __asm__("__real__Z15DirectoryExistsPKc");
+bool WrappedDirectoryExists(const char* path) __asm__("__wrap__Z15DirectoryExistsPKc");
+int RealIdentifyArduino(const char* dir) __asm__("__real__Z15IdentifyArduinoPKc");
+int WrappedIdentifyArduino(const char* dir) __asm__("__wrap__Z15IdentifyArduinoPKc");
+
+bool WrappedSpecialFolderPath(SpecialFolder folder, char* path) {
   asked.push_back(folder);
   const auto answer = answers.find(folder);
-  if (answer == answers.end()) return __real__Z17SpecialFolderPath13SpecialFolderPc(folder, path);
+  if (answer == answers.end()) return RealSpecialFolderPath(folder, path);
   FormatBounded(path, kSpecialFolderSize, "%s", answer->second.c_str());
   return !answer->second.empty();
 }
 
-bool __real__Z15DirectoryExistsPKc(const char* path);
-bool __wrap__Z15DirectoryExistsPKc(const char* path);
-bool __wrap__Z15DirectoryExistsPKc(const char* path) {
+bool WrappedDirectoryExists(const char* path) {
   looked_at.emplace_back(path);
-  return __real__Z15DirectoryExistsPKc(path);
+  return RealDirectoryExists(path);
 }
 
-int __real__Z15IdentifyArduinoPKc(const char* dir);
-int __wrap__Z15IdentifyArduinoPKc(const char* dir);
-int __wrap__Z15IdentifyArduinoPKc(const char* dir) {
+int WrappedIdentifyArduino(const char* dir) {
   recognised.emplace_back(dir);
-  return __real__Z15IdentifyArduinoPKc(dir);
-}
+  return RealIdentifyArduino(dir);
 }
 
 namespace {
@@ -275,7 +275,7 @@ TEST_F(DefaultFolderTest, PathThatDoesNotFitIsCutAndFailsToExist) {
 
 std::string Normalized(const std::string& path) {
   char text[kFolderSize];
-  std::strcpy(text, path.c_str());
+  FormatBounded(text, sizeof text, "%s", path.c_str());
   NormalizeFolder(text);
   return text;
 }
@@ -295,10 +295,10 @@ TEST(NormalizeFolder, LongestPathHasNoRoomForASeparator) {
 
 TEST_F(DefaultFolderTest, ProbeOfABaseReturnsItsOwnBufferOrNothing) {
   char buffer[kFolderSize];
-  std::strcpy(buffer, (dir_ / "base\\").c_str());
+  FormatBounded(buffer, sizeof buffer, "%s", (dir_ / "base\\").c_str());
   EXPECT_EQ(ProbeBase(buffer), nullptr);
   MakeArduino1819(dir_ / "base/arduino-1.8.15");
-  std::strcpy(buffer, (dir_ / "base\\").c_str());
+  FormatBounded(buffer, sizeof buffer, "%s", (dir_ / "base\\").c_str());
   EXPECT_EQ(ProbeBase(buffer), buffer);
   EXPECT_EQ(buffer, dir_ / "base/arduino-1.8.15/");
 }

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "platform/text.h"
 #include "store/host_selection.h"
 #include "tests/wizard/recorded_calls.h"
 #include "wizard/folder_page.h"
@@ -253,7 +254,7 @@ TEST_F(FolderBrowser, UnreadableFolderIsAnEmptyList) {
 TEST_F(FolderBrowser, OverlongPathIsCutAndLeavesNextDead) {
   std::string deep = Home("Documents/ide/");
   while (deep.size() < 250) deep += "d";
-  std::strcpy(BrowsedFolder, (deep.substr(0, 249) + "/").c_str());
+  FormatBounded(BrowsedFolder, sizeof BrowsedFolder, "%s/", deep.substr(0, 249).c_str());
   FolderList->add("a long enough name/");
   SelectEntry("a long enough name/", 0);
   EXPECT_EQ(HostFolder, deep.substr(0, 249) + "/a long en");
@@ -279,7 +280,7 @@ TEST_F(FolderBrowser, FolderNamesWithMenuCharactersAreOneItemThatYieldsThePlainP
 // ---- the choice of paths ----------------------------------------------------------------------
 
 void Browse(const char* folder) {
-  std::strcpy(BrowsedFolder, folder);
+  FormatBounded(BrowsedFolder, sizeof BrowsedFolder, "%s", folder);
   rebuild_path_choice();
 }
 
@@ -357,7 +358,7 @@ TEST_F(FolderBrowser, ListShowsFoldersOnly) {
 
 std::string Stripped(const std::string& path) {
   char text[kFolderSize];
-  std::strcpy(text, path.c_str());
+  FormatBounded(text, sizeof text, "%s", path.c_str());
   strip_last_path_component(text);
   return text;
 }

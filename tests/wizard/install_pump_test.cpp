@@ -36,6 +36,7 @@ TestEntry Tool(const std::string& name, std::size_t size = 1) {
 
 std::vector<TestEntry> Tools(int count, const std::string& prefix = "tool") {
   std::vector<TestEntry> tools;
+  tools.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) tools.push_back(Tool(prefix + std::to_string(i)));
   return tools;
 }
@@ -150,6 +151,7 @@ TEST_F(InstallPumpTest, SliceAfterALargeEntryStartsWithIt) {
 
 TEST_F(InstallPumpTest, EntriesThatArePassedOverCountLikeWrittenOnes) {
   std::vector<TestEntry> entries;
+  entries.reserve(14);
   for (int i = 0; i < 12; ++i) entries.push_back({"1.8.5/boards" + std::to_string(i), "other"});
   entries.push_back({"1.8.5/large", std::string(2000000, 'x')});
   entries.push_back(Tool("last"));
@@ -258,6 +260,7 @@ TEST_F(WholeRun, WritesTheFilesThenThePreferencesThenRemovesOldLibraries) {
             "target_package=quirlo\r\ntarget_platform=avr\r\nboard=quirlo31\r\nother=1\n");
   const auto libraries = ReadTree(host_ + "hardware/quirlo/avr/libraries");
   std::vector<std::string> names;
+  names.reserve(libraries.size());
   for (const auto& [name, content] : libraries) names.push_back(name);
   EXPECT_THAT(names, ElementsAre("Mine/", "Mine/mine.h", "OneWire/", "OneWire/OneWire.cpp", "Ping/",
                                  "Ping/Ping.h", "SD/", "SD/SD.h", "Servo/", "Servo/Servo.h"));

@@ -52,6 +52,7 @@ std::string MakePng(PngPicture picture) {
     picture.rows += static_cast<char>(i * 37 + 11);
   }
   std::vector<png_bytep> rows;
+  rows.reserve(static_cast<std::size_t>(picture.height));
   for (int i = 0; i < picture.height; ++i) {
     rows.push_back(reinterpret_cast<png_bytep>(picture.rows.data()) +
                    static_cast<std::size_t>(i) * stride);

@@ -23,8 +23,8 @@ namespace fs = std::filesystem;
 
 // The preview abandons each picture and description that it replaces, on purpose; the widgets may
 // still hold them. Fonts and display are the system's libraries' own caches.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() {
+const char* MeantLeaks() __asm__("__lsan_default_suppressions");
+const char* MeantLeaks() {
   return "leak:ShowLibrary\nleak:libfontconfig\nleak:libX11\nleak:libXft\nleak:libfltk\n";
 }
 
@@ -79,7 +79,7 @@ void WizardTest::Show(std::vector<TestEntry> entries) {
 }
 
 std::string WizardTest::MakeDefaultHost() {
-  const std::string host = Home("Downloads/arduino-1.8.19/");
+  std::string host = Home("Downloads/arduino-1.8.19/");
   MakeArduino1819(host);
   return host;
 }
@@ -127,6 +127,7 @@ void Click(const Fl_Widget* widget) {
 
 std::vector<Fl_Group*> Pages() {
   std::vector<Fl_Group*> pages;
+  pages.reserve(static_cast<std::size_t>(Wizard->children()));
   for (int i = 0; i < Wizard->children(); ++i) pages.push_back(Wizard->child(i)->as_group());
   return pages;
 }
