@@ -35,6 +35,6 @@ function(quirloduino_add_packed_store name)
     DEPENDS quirloduino-pack
     DEPFILE "${directory}/payload.d"
     COMMENT "Packing ${arg_TREE}"
-    VERBATIM)
+    USES_TERMINAL VERBATIM)
   quirloduino_add_store(${name} "${directory}")
 endfunction()
