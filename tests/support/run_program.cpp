@@ -31,6 +31,8 @@ void Redirect(const std::string& path, int descriptor) {
     const std::size_t equals = setting.find('=');
     setenv(setting.substr(0, equals).c_str(), setting.substr(equals + 1).c_str(), 1);
   }
+  // Opened with all rights: the folder that was built in may be closed to an ordinary user.
+  const int file = open(program.c_str(), O_PATH | O_CLOEXEC);
   if (options.ordinary_user && geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) {
     _exit(126);
   }
@@ -39,7 +41,7 @@ void Redirect(const std::string& path, int descriptor) {
     vector.push_back(const_cast<char*>(argument.c_str()));
   vector.push_back(nullptr);
   alarm(kSecondsAllowed);
-  execv(program.c_str(), vector.data());
+  fexecve(file, vector.data(), environ);
   _exit(127);
 }
 
