@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "packager/name_rules.h"
 #include "packager/refusal.h"
 #include "recognition/zipcksum_line.h"
 #include "store/location_value.h"
@@ -15,6 +16,18 @@ constexpr std::string_view kKeywords[] = {"dir:", "file:", "version:", "zipfile:
 
 bool IsFolderKey(std::string_view key) {
   return key.ends_with("_SUBDIR");
+}
+
+// Whether the value is a path that stays below the host folder wherever that is: the installer
+// joins the two as texts and makes what the result names.
+bool StaysBelow(std::string_view value, bool is_folder) {
+  if (is_folder) value.remove_suffix(1);  // its "/"
+  try {
+    CheckPath(value);
+  } catch (const Refusal&) {
+    return false;
+  }
+  return true;
 }
 
 // The look-up takes the first place that holds the key's text. Were that a comment or part of
@@ -52,6 +65,10 @@ void CheckLocation(std::string_view name, std::string_view content, const char* 
   }
   if (IsFolderKey(key_text) && !text.ends_with('/')) {
     throw Refusal(name, key_text + " names a folder, so its value must end in \"/\"");
+  }
+  if (!StaysBelow(text, IsFolderKey(key_text))) {
+    throw Refusal(name, key_text + " must name a path below the host folder, not \"" +
+                            Printable(text) + "\"");
   }
 }
 

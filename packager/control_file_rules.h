@@ -5,8 +5,9 @@
 
 #include <string_view>
 
-// A locations.txt: it yields all eleven keys, each at a line's start, and every folder's value ends
-// in "/", because the installer joins paths without adding one.
+// A locations.txt: it yields all eleven keys, each at a line's start, every folder's value ends in
+// "/", because the installer joins paths without adding one, and no value leads out of the host
+// folder or holds what Windows has no file for.
 void CheckLocations(std::string_view name, std::string_view content);
 
 // A directory_criteria.txt: every zipcksum: line is well formed, and no line of a known keyword

@@ -182,6 +182,25 @@ TEST_F(PackerRefuses, FolderValueWithoutASlashAtItsEnd) {
       "1.8.13/WINDOWS/locations.txt: TOOL_SUBDIR names a folder, so its value must end in \"/\"");
 }
 
+// The installer joins the host folder and the value as texts, so "../" would be followed.
+TEST_F(PackerRefuses, ValueThatLeadsOutOfTheHostFolder) {
+  for (const std::string value : {"../tools/", "hardware/../../tools/", "/opt/tools/", "./tools/",
+                                  "C:/tools/", "hardware\\tools/", "/", "hardware//tools/"}) {
+    Write("1.8.19" + kLocations, Replaced(SoundLocations(), "folder/", value));
+    ExpectRefused("1.8.19" + kLocations +
+                  ": TOOL_SUBDIR must name a path below the host folder, not " + Quoted(value));
+  }
+}
+
+TEST_F(PackerRefuses, ArchiveValueThatLeadsOutOfTheHostFolder) {
+  for (const std::string value : {"", "../pde.jar", "lib/pde.jar/"}) {
+    Write("1.8.19" + kLocations, Replaced(SoundLocations(), "lib/some.jar", value));
+    ExpectRefused("1.8.19" + kLocations +
+                  ": ARDUINO_JAR_FILE1 must name a path below the host folder, not " +
+                  Quoted(value));
+  }
+}
+
 TEST_F(PackerRefuses, MalformedZipcksumLine) {
   for (const std::string line : {"zipcksum:lib/pde.jar", "zipcksum:lib/pde.jar 1 a.class",
                                  "zipcksum:lib/pde.jar 1 2 3 a.class", "zipcksum:lib/pde.jar 1 2",
