@@ -31,6 +31,16 @@ std::string RandomBytes(std::size_t size) {
   return bytes;
 }
 
+// The definition itself: long division, a bit at a time.
+std::uint32_t BitByBit(std::uint32_t crc, const char* bytes, std::size_t count) {
+  for (std::size_t i = 0; i < count * 8; ++i) {
+    const std::uint32_t bit = (static_cast<unsigned char>(bytes[i / 8]) >> (7 - i % 8)) & 1;
+    const bool divides = (crc >> 31) != bit;
+    crc = divides ? (crc << 1) ^ 0x04C11DB7 : crc << 1;
+  }
+  return crc;
+}
+
 struct Vector {
   std::string bytes;
   std::uint32_t checksum;
@@ -68,6 +78,43 @@ TEST(Cksum, UpdatesSplitAnywhereGiveTheSameValue) {
   for (std::size_t split = 0; split <= bytes.size(); ++split) {
     const std::uint32_t head = CksumUpdate(0, bytes.data(), split);
     ASSERT_EQ(CksumUpdate(head, bytes.data() + split, bytes.size() - split), whole) << split;
+  }
+}
+
+TEST(Cksum, EachLengthAtEachAlignmentIsTheBitByBitDivision) {
+  const std::string bytes = RandomBytes(100);
+  for (std::size_t offset = 0; offset < 16; ++offset) {
+    for (std::size_t count = 0; count <= bytes.size() - offset; ++count) {
+      ASSERT_EQ(CksumUpdate(0xDEADBEEF, bytes.data() + offset, count),
+                BitByBit(0xDEADBEEF, bytes.data() + offset, count))
+          << count << " bytes at " << offset;
+    }
+  }
+}
+
+TEST(Cksum, EachSingleBitInASliceIsTheBitByBitDivision) {
+  for (std::size_t bit = 0; bit < 16 * 8; ++bit) {
+    std::string bytes(16, '\0');
+    bytes[bit / 8] = static_cast<char>(0x80 >> bit % 8);
+    ASSERT_EQ(CksumUpdate(0, bytes.data(), bytes.size()), BitByBit(0, bytes.data(), bytes.size()))
+        << "bit " << bit;
+  }
+}
+
+TEST(Cksum, RandomPiecesFromRandomValuesAreTheBitByBitDivision) {
+  std::mt19937 generator(20261121);
+  const std::string bytes = RandomBytes(20000);
+  for (int run = 0; run < 500; ++run) {
+    const std::uint32_t start = static_cast<std::uint32_t>(generator());
+    std::uint32_t crc = start;
+    std::size_t position = generator() % 100;
+    const std::size_t begin = position;
+    for (int piece = 0; piece < 5; ++piece) {
+      const std::size_t count = generator() % 2000;
+      crc = CksumUpdate(crc, bytes.data() + position, count);
+      position += count;
+    }
+    ASSERT_EQ(crc, BitByBit(start, bytes.data() + begin, position - begin)) << "run " << run;
   }
 }
 
