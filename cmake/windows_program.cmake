@@ -5,8 +5,7 @@ enable_language(RC)
 # sources and payload give the same bytes.
 target_compile_options(
   quirloduino_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
-                                "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build"
-                                $<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>)
+                                "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
 target_link_options(quirloduino_options INTERFACE -static -fstack-protector-strong)
 
 # The version resource is filled from the header that the program itself reads.
