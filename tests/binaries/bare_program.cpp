@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-__asm__(".section .writable_code, \"awx\"\n .byte 0\n .previous");
+__asm__(".section .wxcode, \"awx\"\n .byte 0\n .text");
 
 int main(int argc, char** argv) {
   char text[32];

@@ -1,19 +1,23 @@
-// What stands in the executable's own headers, read with the cross compiler's objdump.
+// What stands in the executable's own headers, read with the cross compiler's own tools.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "tests/support/temp_dir.h"
 
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::IsSubsetOf;
 using testing::Not;
 
@@ -22,13 +26,59 @@ const std::set<std::string> kProtected = {"advapi32.dll", "comdlg32.dll", "gdi32
                                           "kernel32.dll", "msvcrt.dll",   "ole32.dll",
                                           "setupapi.dll", "shell32.dll",  "user32.dll"};
 
-std::string Headers() {
-  const std::string command = "i686-w64-mingw32-objdump -p " INSTALLER;
+std::string Output(const std::string& command) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
   std::string text;
   std::array<char, 4096> buffer{};
   while (std::fgets(buffer.data(), buffer.size(), pipe.get()) != nullptr) text += buffer.data();
   return text;
+}
+
+std::string Headers(const std::string& program = INSTALLER) {
+  return Output("i686-w64-mingw32-objdump -p " + program);
+}
+
+// The system can move the program, which takes more than the flag: a list of what to change.
+bool CanLieAnywhere(const std::string& program) {
+  const std::string headers = Headers(program);
+  std::uint32_t place = 0;
+  std::uint32_t size = 0;
+  const std::size_t entry = headers.find("\nEntry 5 ");
+  if (entry == std::string::npos ||
+      std::sscanf(headers.c_str() + entry, "\nEntry 5 %x %x Base Reloc", &place, &size) != 2) {
+    ADD_FAILURE() << "no relocation directory told of in\n" << headers;
+    return false;
+  }
+  return headers.find("DYNAMIC_BASE") != std::string::npos &&
+         headers.find("relocations stripped") == std::string::npos && size > 0;
+}
+
+// The names of the sections that are writable and executable. Each has a line of its own and a
+// line of its attributes.
+std::vector<std::string> WritableCode(const std::string& program) {
+  std::vector<std::string> found;
+  std::istringstream lines(Output("i686-w64-mingw32-objdump -h " + program));
+  std::size_t sections = 0;
+  for (std::string line, attributes; std::getline(lines, line);) {
+    int index = 0;
+    char name[64];
+    if (std::sscanf(line.c_str(), "%d %63s", &index, name) != 2) continue;
+    ++sections;
+    std::getline(lines, attributes);
+    if (attributes.find("CODE") != std::string::npos &&
+        attributes.find("READONLY") == std::string::npos) {
+      found.emplace_back(name);
+    }
+  }
+  EXPECT_GT(sections, 0U) << program;
+  return found;
+}
+
+// Whether anything in a program, library or object calls the end of a guarded stack.
+bool IsGuarded(const std::string& file) {
+  const std::string symbols = Output("i686-w64-mingw32-nm " + file);
+  EXPECT_THAT(symbols, HasSubstr(" T ")) << file;
+  return symbols.find("___stack_chk_fail") != std::string::npos;
 }
 
 TEST(Executable, ImportsOnlyLibrariesThatTheSystemProtects) {
@@ -66,6 +116,27 @@ TEST(Executable, IsAHardenedProgramWithoutAConsoleOrATimeStamp) {
   EXPECT_THAT(headers, HasSubstr("NX_COMPAT"));
   EXPECT_THAT(headers, HasSubstr("large address aware"));
   EXPECT_THAT(headers, HasSubstr("Time/Date\t\tThu Jan  1 00:00:00 1970"));
+}
+
+TEST(Executable, SystemCanPlaceItAnywhere) {
+  EXPECT_TRUE(CanLieAnywhere(INSTALLER));
+  EXPECT_FALSE(CanLieAnywhere(BARE_PROGRAM));
+}
+
+TEST(Executable, NoMemoryIsWritableAndExecutable) {
+  EXPECT_THAT(WritableCode(INSTALLER), IsEmpty());
+  EXPECT_THAT(WritableCode(BARE_PROGRAM), ElementsAre(".wxcode"));
+  EXPECT_THAT(Headers(BARE_PROGRAM), Not(HasSubstr("NX_COMPAT")));
+}
+
+// The finished file has no symbols, but the libraries that it is made of have.
+TEST(Executable, StacksAreGuarded) {
+  EXPECT_THAT(ReadFile(INSTALLER), HasSubstr("stack smashing detected"));
+  for (const char* folder : {"platform", "store", "recognition", "engine", "driver", "wizard"}) {
+    const std::string name = folder;
+    EXPECT_TRUE(IsGuarded(WINDOWS_BUILD "/" + name + "/lib" + name + ".a")) << name;
+  }
+  EXPECT_FALSE(IsGuarded(BARE_PROGRAM));
 }
 
 TEST(Executable, ManifestAsksForNoAdministrator) {
