@@ -24,12 +24,15 @@ bool ReleaseOfCriteriaFile(const char* name, char (&release)[kHostVersionSize]) 
   return true;
 }
 
+// Computed without a sign, which may wrap: a release name of absurd numbers is nobody's, but it
+// must not end the program.
 int ReleaseNumber(const char* release) {
   int major = 0;
   int minor = 0;
   int patch = 0;
   std::sscanf(release, "%d.%d.%d", &major, &minor, &patch);
-  return major * 10000 + minor * 100 + patch;
+  return static_cast<int>(static_cast<unsigned>(major) * 10000U +
+                          static_cast<unsigned>(minor) * 100U + static_cast<unsigned>(patch));
 }
 
 }  // namespace

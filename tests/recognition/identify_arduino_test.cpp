@@ -172,6 +172,13 @@ TEST_F(IdentifyArduinoTest, NumberIsMadeOfMajorMinorAndPatch) {
   EXPECT_EQ(Identify(), 22);
 }
 
+TEST_F(IdentifyArduinoTest, ReleaseWhoseNumberPassesAnIntIsFoundByItsName) {
+  const TestStore store({VersionOnly("999999.1.1")});
+  SetVersion("999999.1.1");
+  Identify();  // the number wraps and says nothing
+  EXPECT_STREQ(HostVersion, "999999.1.1");
+}
+
 TEST_F(IdentifyArduinoTest, FolderThatFailsClearsTheSelectionOfTheLast) {
   const TestStore store(SixReleases());
   SetVersion("1.8.5");
