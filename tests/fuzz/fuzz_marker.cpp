@@ -1,7 +1,10 @@
 // The downgrade guard over any marker file: it refuses exactly when the marker's first line begins
 // with a decimal number above the package's own, says so in five lines, and leaves the file alone.
+// The same bytes stand as the preferences of the Windows App, for the note that goes with the
+// guard.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -51,33 +54,69 @@ std::string FirstLine(const std::string& marker) {
   return marker.substr(0, marker.find('\n')).substr(0, kMostRead).c_str();
 }
 
-}  // namespace
+// The same bytes as the preferences of the Windows App, which lie in the Documents folder: the note
+// is given exactly when one line names both the setting and the App's place.
+std::string ExpectedNote(const std::string& preferences) {
+  for (std::size_t begin = 0; begin < preferences.size();) {
+    const std::size_t end = std::min(preferences.find('\n', begin), preferences.size());
+    const std::string line = preferences.substr(begin, end - begin).c_str();
+    if (line.find("hardwarepath") != std::string::npos &&
+        line.find("WindowsApps\\ArduinoLLC") != std::string::npos) {
+      return "Quirloduino can not work with the Windows App\n"
+             "version of Arduino.  The regular installer &\n"
+             "non-admin ZIP versions are supported.\n\n";
+    }
+    begin = end + 1;
+  }
+  return "";
+}
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::string folder = WorkFolder() + "/";
-  static const std::string path = folder + "lib/quirloduino.txt";
-  static const bool made = mkdir((folder + "lib").c_str(), 0777) == 0;
+struct Place {
+  std::string folder;
+  std::string marker;
+  std::string app_preferences;
+};
+
+Place MakePlace() {
+  const std::string root = WorkFolder();
+  const bool made = mkdir((root + "/lib").c_str(), 0777) == 0 &&
+                    mkdir((root + "/ArduinoData").c_str(), 0777) == 0;
   Require(made, "the work folder is new");
-  const std::string marker = AllOf(data, size);
-  PutFile(path, marker);
+  setenv("HOME", root.c_str(), 1);  // which is the Documents folder, too, where no other is set
+  setenv("XDG_CONFIG_HOME", root.c_str(), 1);
+  return {root + "/", root + "/lib/quirloduino.txt", root + "/ArduinoData/preferences.txt"};
+}
+
+void CheckGuard(const Place& place, const std::string& marker) {
   StartLog();
-  const int descriptor = LowestFreeDescriptor();
-
-  const int result = CheckDowngrade(folder.c_str());
-
+  const int result = CheckDowngrade(place.folder.c_str());
   Require(result == 0 || result == 1, "the guard answers 0 or 1");
-  Require(LowestFreeDescriptor() == descriptor, "the marker is closed again");
-  Require(GetFile(path) == marker, "the marker stays as it is");
   const std::string number = NumberText(FirstLine(marker));
   const float installed = std::strtof(number.c_str(), nullptr);
   const bool newer = !number.empty() && double{installed} > double{1.60F} + 0.0001;
   Require(result == (newer ? 0 : 1), "only a number above the own one refuses");
-  if (!newer) {
-    Require(LogText().empty(), "a folder that passes leaves no words");
-    return 0;
-  }
   char shown[64];
   std::snprintf(shown, sizeof shown, "     Quirloduino %.2f", double{installed});
-  Require(LogText() == std::string(shown) + kRefusalRest, "a refusal has its five lines");
+  Require(LogText() == (newer ? std::string(shown) + kRefusalRest : ""),
+          "a refusal has its five lines, and a folder that passes none");
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const Place place = MakePlace();
+  const std::string text = AllOf(data, size);
+  PutFile(place.marker, text);
+  PutFile(place.app_preferences, text);
+  const int descriptor = LowestFreeDescriptor();
+
+  CheckGuard(place, text);
+  StartLog();
+  NoteWindowsApp();
+  Require(LogText() == ExpectedNote(text), "the note tells of the Windows App and of nothing else");
+
+  Require(LowestFreeDescriptor() == descriptor, "both files are closed again");
+  Require(GetFile(place.marker) == text && GetFile(place.app_preferences) == text,
+          "both files stay as they are");
   return 0;
 }
