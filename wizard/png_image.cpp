@@ -16,6 +16,10 @@ namespace {
 // than there is.
 constexpr std::uint64_t kMostPixelBytes = 64ULL * 1024 * 1024;
 
+// How far behind its end an entry may be read, in zeros. A damaged chunk length asks for up to
+// 2 GiB of them, which takes seconds and can only end in an error.
+constexpr std::size_t kMostMissingBytes = 1024 * 1024;
+
 // All that one decoding owns. It lies outside the functions that an error of libpng leaves by
 // longjmp, so that nothing is lost then.
 struct Decoding {
@@ -26,6 +30,7 @@ struct Decoding {
   unsigned channels;
   png_bytep pixels;
   png_bytepp rows;
+  std::size_t missing;  // bytes read behind the entry's end
 };
 
 [[noreturn]] void LeaveDecoding(png_structp png, png_const_charp) {
@@ -35,7 +40,12 @@ struct Decoding {
 void IgnoreWarning(png_structp, png_const_charp) {}
 
 void ReadCallback(png_structp png, png_bytep to, std::size_t count) {
-  TakePngBytes(static_cast<PngReadState*>(png_get_io_ptr(png)), to, count);
+  auto* state = static_cast<PngReadState*>(png_get_io_ptr(png));
+  auto* decoding = static_cast<Decoding*>(png_get_error_ptr(png));
+  const auto left = static_cast<std::size_t>(state->end - state->pos);
+  decoding->missing += count - std::min(count, left);
+  if (decoding->missing > kMostMissingBytes) png_error(png, "a chunk far longer than the entry");
+  TakePngBytes(state, to, count);
 }
 
 // How many values a transparency chunk defines: 1 for grey and RGB, the entries of a palette.
@@ -145,7 +155,7 @@ void my_png_image::Load(unsigned index) {
 
   Decoding decoding{};
   decoding.png =
-      png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeaveDecoding, IgnoreWarning);
+      png_create_read_struct(PNG_LIBPNG_VER_STRING, &decoding, LeaveDecoding, IgnoreWarning);
   if (decoding.png == nullptr) return;
   decoding.info = png_create_info_struct(decoding.png);
   png_set_read_fn(decoding.png, &state_, ReadCallback);
