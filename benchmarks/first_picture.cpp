@@ -9,7 +9,7 @@ namespace {
 
 // Called whenever no event waits, and so again straight after each drawing.
 void LookAtWindow(void*) {
-  const Fl_Window* window = Fl::first_window();
+  Fl_Window* window = Fl::first_window();
   if (window == nullptr || window->shown() == 0) return;
   if (Fl_X::i(window)->wait_for_expose != 0 || window->damage() != 0) return;
   XSync(fl_display, False);

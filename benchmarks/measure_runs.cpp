@@ -89,13 +89,12 @@ Run RunOnce(const Contestant& contestant, int round, const Options& options) {
   run.peak_kilobytes = timed.peak_kilobytes;
   run.bytes = contestant.bytes;
   run.entries = contestant.entries;
-  run.outcome = Judge(contestant, timed.status, options);
-  std::error_code error;
-  const auto size = fs::file_size(options.target / contestant.artefact, error);
   if (!contestant.artefact.empty()) {
-    if (error) run.outcome = "made no file";
-    if (!error) run.bytes = size;
+    std::error_code none;  // without an artefact the check fails
+    const auto size = fs::file_size(options.target / contestant.artefact, none);
+    if (!none) run.bytes = size;
   }
+  run.outcome = Judge(contestant, timed.status, options);  // may take the artefact away
   return run;
 }
 

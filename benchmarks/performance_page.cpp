@@ -70,9 +70,13 @@ std::string Seconds(double value) {
 }
 
 std::string Grouped(std::uint64_t number) {
-  std::string text = std::to_string(number);
-  for (std::size_t i = text.size(); i > 3;) text.insert(i -= 3, ",");
-  return text;
+  const std::string text = std::to_string(number);
+  std::string grouped;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (i > 0 && (text.size() - i) % 3 == 0) grouped += ',';
+    grouped += text[i];
+  }
+  return grouped;
 }
 
 std::vector<std::string> Contestants(const std::vector<Run>& runs) {

@@ -19,10 +19,11 @@ constexpr int kNotStarted = 127;
 // The child's side of the fork: only system calls, and no return.
 [[noreturn]] void Become(char* const* words, const char* folder, const char* output,
                          const char* log) {
+  if (chdir(folder) != 0) _exit(kNotStarted);
   const int input = open("/dev/null", O_RDONLY);
   const int errors = open(log, O_WRONLY | O_CREAT | O_APPEND, 0666);
   const int to = *output == '\0' ? errors : open(output, O_WRONLY | O_CREAT | O_TRUNC, 0666);
-  if (chdir(folder) == 0 && dup2(input, 0) == 0 && dup2(to, 1) == 1 && dup2(errors, 2) == 2) {
+  if (dup2(input, 0) == 0 && dup2(to, 1) == 1 && dup2(errors, 2) == 2) {
     execvp(words[0], words);
   }
   _exit(kNotStarted);

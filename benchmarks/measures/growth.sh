@@ -1,0 +1,49 @@
+# The same at an eighth to four times the entries and bytes, so that a cost which grows faster than
+# the payload shows. Packed at a low level, with the same window rule, since only the shape counts.
+. benchmarks/common.sh
+scales="1/8 1/4 1/2 1 2 4"
+[ -z "$QUICK" ] || scales=1
+low=3
+
+programs='list_writes floor_writer'
+for scale in $scales; do
+  name=$(echo "$scale" | tr / _)
+  tree=$WORK/growth-trees/$name
+  [ "$scale" = 1 ] && tree=$(realpath "$WORK/payload")
+  [ "$scale" = 1 ] || scripts/make-full-payload --tools "$WORK/cmake/packager" --scale "$scale" \
+    "$tree" || fail "no payload of $scale"
+  mkdir -p "$WORK/growth/$name"
+  logged growth "$pack" pack "$tree" --output "$WORK/growth/$name" --level $low
+  programs="$programs quirloduino_$name"
+done
+# shellcheck disable=SC2086  # a list of words
+build $programs
+
+: >"$WORK/growth-start.plan"
+: >"$WORK/growth-install.plan"
+for scale in $scales; do
+  name=$(echo "$scale" | tr / _)
+  packed=$WORK/growth/$name
+  table=$packed/payload.tbl
+  entries=$(sed -n 's/^entries //p' "$table")
+  size=$(sed -n 's/^content //p' "$table")
+  "$tools/list_writes" "$packed" $release >"$packed/writes"
+  cat >>"$WORK/growth-start.plan" <<END
+contestant $scale
+run $tools/quirloduino_$name --dir=
+expect 1
+check tail -n 1 $WORK/log/growth-start | grep -q '^no Arduino directory$'
+entries $entries
+bytes $size
+END
+  cat >>"$WORK/growth-install.plan" <<END
+contestant $scale
+prepare cp -a $WORK/host/. arduino && cp -a arduino expected
+run $tools/quirloduino_$name --dir=arduino
+check $tools/floor_writer $packed/payload.zst $size $packed/writes $TARGET/expected/ && rm -r expected/jar-objects && $PWD/benchmarks/same_host expected arduino
+entries $entries
+bytes $size
+END
+done
+measure growth-start "$ROUNDS"
+measure growth-install "$ROUNDS"
