@@ -1,5 +1,6 @@
 #include "packager/file_io.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <vector>
 
@@ -21,10 +22,11 @@ InputFile OpenForReading(const std::filesystem::path& path, std::string_view nam
   return file;
 }
 
-// Reads until the end and returns the count of bytes.
-std::uintmax_t ReadToEnd(std::FILE* file, std::string_view name,
+// Reads until the end and returns the count of bytes. `expected` of them are likely: most files are
+// far smaller than a piece, and to clear a whole one for each takes longer than to read them.
+std::uintmax_t ReadToEnd(std::FILE* file, std::string_view name, std::uintmax_t expected,
                          const std::function<void(std::string_view)>& take) {
-  std::vector<char> buffer(kPieceSize);
+  std::vector<char> buffer(std::clamp<std::uintmax_t>(expected, 1, kPieceSize));
   std::uintmax_t total = 0;
   for (;;) {
     errno = 0;
@@ -41,7 +43,7 @@ std::uintmax_t ReadToEnd(std::FILE* file, std::string_view name,
 void ReadInPieces(const std::filesystem::path& path, std::string_view name, std::uintmax_t size,
                   const std::function<void(std::string_view)>& take) {
   const InputFile file = OpenForReading(path, name);
-  if (ReadToEnd(file.get(), name, take) != size) {
+  if (ReadToEnd(file.get(), name, size, take) != size) {
     throw Refusal(name, "the file's length changed while it was being packed");
   }
 }
@@ -49,7 +51,7 @@ void ReadInPieces(const std::filesystem::path& path, std::string_view name, std:
 std::string ReadWholeFile(const std::filesystem::path& path, std::string_view name) {
   const InputFile file = OpenForReading(path, name);
   std::string content;
-  ReadToEnd(file.get(), name, [&content](std::string_view piece) { content += piece; });
+  ReadToEnd(file.get(), name, kPieceSize, [&content](std::string_view piece) { content += piece; });
   return content;
 }
 
