@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "recognition/check_log.h"
 #include "store/embedded_file_store.h"
@@ -51,6 +52,29 @@ FuzzStore::FuzzStore(const std::vector<FuzzEntry>& entries) : entries_(entries) 
 }
 
 FuzzStore::~FuzzStore() {
+  ResetEmbeddedFileStore();
+  ResetHostSelection();
+  linked = {};
+}
+
+PackedStore::PackedStore(std::vector<std::string> names, std::vector<std::uint32_t> sizes,
+                         std::string frame)
+    : names_(std::move(names)),
+      sizes_(std::move(sizes)),
+      frame_(std::move(frame)),
+      data_(names_.size()) {
+  for (const std::string& name : names_) pointers_.push_back(name.c_str());
+  ResetEmbeddedFileStore();
+  ResetHostSelection();
+  linked = {reinterpret_cast<const unsigned char*>(frame_.data()),
+            frame_.size(),
+            static_cast<std::uint32_t>(names_.size()),
+            pointers_.data(),
+            sizes_.data(),
+            data_.data()};
+}
+
+PackedStore::~PackedStore() {
   ResetEmbeddedFileStore();
   ResetHostSelection();
   linked = {};

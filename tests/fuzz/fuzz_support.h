@@ -50,6 +50,23 @@ class FuzzStore {
   std::vector<const unsigned char*> data_;
 };
 
+// A payload as a packager left it: the linked store is these names, sizes and frame, for
+// LoadEmbeddedFiles to expand. The store is empty again when the object goes.
+class PackedStore {
+ public:
+  PackedStore(std::vector<std::string> names, std::vector<std::uint32_t> sizes, std::string frame);
+  ~PackedStore();
+  PackedStore(const PackedStore&) = delete;
+  PackedStore& operator=(const PackedStore&) = delete;
+
+ private:
+  std::vector<std::string> names_;
+  std::vector<std::uint32_t> sizes_;
+  std::string frame_;
+  std::vector<const char*> pointers_;
+  std::vector<const unsigned char*> data_;
+};
+
 // A folder for the files of this process, without a trailing separator, removed at its end. It lies
 // where TMPDIR says; scripts/fuzz names a folder in memory.
 const std::string& WorkFolder();
