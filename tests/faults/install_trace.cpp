@@ -67,15 +67,15 @@ std::size_t InstallTrace::GiveRecognitionRoles() {
   return end;
 }
 
-// Opening an archive begins with a look at it; its commit, with the look at its size. The commit
-// first tries to share blocks with the old archive, for which it makes and removes a file; that
-// this doesn't work is no failure. The new archive's rights are a courtesy too.
+// Opening an archive ends in one read, that of its directory, which lies at the end of the file and
+// is small in a test's host. What follows is the commit. Where the archive's first objects stay as
+// they are, it tries to share their blocks, for which it makes and removes a file; that this
+// doesn't work is no failure. The new archive's rights are a courtesy too.
 std::size_t InstallTrace::GiveArchiveRoles(std::size_t i) {
   bool committing = false;
   for (; i < operations_.size() && IsArchive(operations_[i].path, host_); ++i) {
     const auto& [name, path] = operations_[i];
     const bool temporary = path.ends_with(".XXXXXX");
-    if (name == "fstat") committing = true;
     roles_[i] = committing ? Role::kCommitArchive : Role::kOpenArchive;
     static const std::set<std::string> harmless = {"fstat", "mkstemp", "ioctl", "close", "chmod"};
     if (harmless.contains(name)) roles_[i] = Role::kHarmless;
@@ -86,6 +86,7 @@ std::size_t InstallTrace::GiveArchiveRoles(std::size_t i) {
       roles_[i] = Role::kReplaceArchive;
       return i + 1;
     }
+    if (name == "fread") committing = true;
   }
   return i;
 }

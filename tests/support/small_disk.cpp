@@ -13,3 +13,9 @@ ScopedSmallDisk::ScopedSmallDisk(const std::string& path, std::size_t bytes)
 ScopedSmallDisk::~ScopedSmallDisk() {
   if (mounted_) umount2(path_.c_str(), MNT_DETACH);
 }
+
+bool ScopedSmallDisk::SetReadOnly(bool read_only) const {
+  unsigned long flags = MS_REMOUNT;
+  if (read_only) flags |= MS_RDONLY;
+  return mount("none", path_.c_str(), "tmpfs", flags, nullptr) == 0;
+}

@@ -16,6 +16,10 @@ class ScopedSmallDisk {
 
   bool ok() const { return mounted_; }
 
+  // Takes the right to change anything on it from everybody, root among them, or gives it back.
+  // False when the system refuses, as while a file is open for writing.
+  bool SetReadOnly(bool read_only) const;
+
  private:
   std::string path_;
   bool mounted_;
