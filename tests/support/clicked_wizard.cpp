@@ -18,6 +18,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "tests/support/run_under.h"
+
 namespace {
 
 constexpr std::chrono::seconds kLongestWait(30);
@@ -214,7 +216,9 @@ TestDisplay::~TestDisplay() {
 ClickedWizard::ClickedWizard(TestDisplay* display, const std::vector<std::string>& command,
                              const std::vector<std::string>& environment, const std::string& title)
     : connection_(display->connection_), display_(display->name()) {
-  process_ = Start(command, [&] {
+  std::vector<std::string> words = RunUnder();
+  words.insert(words.end(), command.begin(), command.end());
+  process_ = Start(words, [&] {
     setenv("DISPLAY", display_.c_str(), 1);
     for (const std::string& setting : environment) {
       const std::size_t equals = setting.find('=');

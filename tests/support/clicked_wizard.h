@@ -59,7 +59,8 @@ class TestDisplay {
 class ClickedWizard {
  public:
   // Starts `command` (a program and its arguments) with `environment` (NAME=value) added to the
-  // test's own, and waits for its window, whose title ends in `title`.
+  // test's own, and waits for its window, whose title ends in `title`. Under another program when
+  // RunUnder() names one.
   ClickedWizard(TestDisplay* display, const std::vector<std::string>& command,
                 const std::vector<std::string>& environment = {},
                 const std::string& title = " Installer");

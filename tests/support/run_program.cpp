@@ -8,11 +8,13 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "tests/support/run_under.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
 
 constexpr unsigned kSecondsAllowed = 60;
+constexpr unsigned kSecondsAllowedUnder = 600;
 
 void Redirect(const std::string& path, int descriptor) {
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
@@ -31,17 +33,22 @@ void Redirect(const std::string& path, int descriptor) {
     const std::size_t equals = setting.find('=');
     setenv(setting.substr(0, equals).c_str(), setting.substr(equals + 1).c_str(), 1);
   }
+  const std::vector<std::string> under = RunUnder();
   // Opened with all rights: the folder that was built in may be closed to an ordinary user.
-  const int file = open(program.c_str(), O_PATH | O_CLOEXEC);
+  const int file = open(program.c_str(), under.empty() ? O_PATH | O_CLOEXEC : O_PATH);
   if (options.ordinary_user && geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) {
     _exit(126);
   }
-  std::vector<char*> vector{const_cast<char*>(program.c_str())};
-  for (const std::string& argument : arguments)
-    vector.push_back(const_cast<char*>(argument.c_str()));
+  std::vector<std::string> words = under;
+  const bool by_descriptor = !under.empty() && options.ordinary_user;
+  words.push_back(by_descriptor ? "/proc/self/fd/" + std::to_string(file) : program);
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> vector;
+  for (std::string& word : words) vector.push_back(word.data());
   vector.push_back(nullptr);
-  alarm(kSecondsAllowed);
-  fexecve(file, vector.data(), environ);
+  alarm(under.empty() ? kSecondsAllowed : kSecondsAllowedUnder);
+  if (under.empty()) fexecve(file, vector.data(), environ);
+  execvp(vector[0], vector.data());
   _exit(127);
 }
 

@@ -18,6 +18,6 @@ struct ProgramOptions {
 };
 
 // Runs `program` with `arguments` and waits for its end, at most 60 seconds (then status 142, of
-// the alarm).
+// the alarm); under another program ten times that.
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const ProgramOptions& options = {});
