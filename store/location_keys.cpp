@@ -13,6 +13,9 @@ constexpr char kLocationsEnding[] = "/WINDOWS/locations.txt";
 int FindLocationsFile() {
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
     const char* name = Store.names[i];
+    // The walk is taken for each file of an install and passes thousands of names, so most go by
+    // without a call. The release isn't empty here.
+    if (name[0] != HostVersion[0]) continue;
     if (InSelectedRelease(name) && std::strcmp(name + HostVersionLength, kLocationsEnding) == 0) {
       return static_cast<int>(i);
     }

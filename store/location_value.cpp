@@ -20,7 +20,11 @@ bool FindLocationValue(const unsigned char* text, std::size_t size, const char* 
   // Strictly below: a key that ends at the very last byte is not found, as no value could follow.
   const unsigned char* const search_end = end - key_length;
   const unsigned char* position = text;
-  while (position < search_end && std::memcmp(position, key, key_length) != 0) ++position;
+  const auto first = static_cast<unsigned char>(key[0]);
+  while (position < search_end &&
+         (*position != first || std::memcmp(position, key, key_length) != 0)) {
+    ++position;
+  }
   if (position >= search_end) return false;
 
   position += key_length;
