@@ -95,8 +95,8 @@ class HardenFullDisk : public testing::Test {
     }
     EXPECT_GT(failures, 1);
     HardenReport("full disk: " + name + ", " + HardenNumber(steps) + " steps of " +
-                 std::to_string(step / 1024) + " kB, " + HardenNumber(failures) +
-                 " failed, 0 differences");
+                 std::to_string(step / 1024) + " kB, " + HardenNumber(failures) + " failed, " +
+                 (HasFailure() ? "with" : "0") + " differences");
   }
 
   static bool IsOfAFullDisk(const std::string& error, const std::string& host) {

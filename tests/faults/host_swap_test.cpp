@@ -33,8 +33,8 @@ bool IsOfAnotherFolder(const std::string& error, const std::string& host) {
         "Error: Directory \"" + host + "\" does not exist!\n",
         "Error: Unable to create directory \"" + host,
         "Error: Could not create directory \"" + host, std::string("Error: \n"),
-        std::string("Error: Unable to write file \""), "Error: Unable to open file \"" + host,
-        "Error: Unable to write changes to \"" + host}) {
+        std::string("Error: Unable to write file \""), std::string("Error: Unable to delete \""),
+        "Error: Unable to open file \"" + host, "Error: Unable to write changes to \"" + host}) {
     if (error.starts_with(words)) return true;
   }
   return false;

@@ -1,8 +1,9 @@
 #include "tests/faults/install_trace.h"
 
-#include <algorithm>
+#include <numeric>
 #include <regex>
 #include <set>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -148,6 +149,22 @@ void InstallTrace::GiveRoles(bool with_recognition) {
     if (roles_[i - 1] == Role::kClose && path == marker) break;
   }
   for (; i < operations_.size(); ++i) roles_[i] = Role::kLastSteps;
+}
+
+std::vector<long> InstallTrace::All() const {
+  std::vector<long> all(size());
+  std::iota(all.begin(), all.end(), 1);
+  return all;
+}
+
+std::vector<long> InstallTrace::Representatives() const {
+  std::set<std::tuple<Role, std::string, bool>> kinds;
+  std::vector<long> representatives;
+  for (long n = 1; n <= static_cast<long>(size()); ++n) {
+    const bool temporary = At(n).path.ends_with(".XXXXXX");
+    if (kinds.insert({RoleAt(n), At(n).name, temporary}).second) representatives.push_back(n);
+  }
+  return representatives;
 }
 
 Outcome InstallTrace::FailureAt(long n) const {

@@ -54,6 +54,11 @@ class InstallTrace {
 
   std::size_t size() const { return operations_.size(); }
 
+  // The numbers of all operations, and of the first of each kind: of a role and a name, on the
+  // host's own files and on temporary ones.
+  std::vector<long> All() const;
+  std::vector<long> Representatives() const;
+
   // Operations are counted from 1.
   const Operation& At(long n) const { return operations_[static_cast<std::size_t>(n) - 1]; }
   Role RoleAt(long n) const { return roles_[static_cast<std::size_t>(n) - 1]; }
