@@ -18,7 +18,7 @@ constexpr std::uint64_t kMostPixelBytes = 64ULL * 1024 * 1024;
 
 // How far behind its end an entry may be read, in zeros. A damaged chunk length asks for up to
 // 2 GiB of them, which takes seconds and can only end in an error.
-constexpr std::size_t kMostMissingBytes = 1024 * 1024;
+constexpr std::size_t kMostMissingBytes = std::size_t{1} << 20;
 
 // All that one decoding owns. It lies outside the functions that an error of libpng leaves by
 // longjmp, so that nothing is lost then.
