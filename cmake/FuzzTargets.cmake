@@ -10,8 +10,7 @@ if(QUIRLODUINO_FUZZ)
   target_link_options(quirloduino_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 if(QUIRLODUINO_COVERAGE)
-  target_compile_options(quirloduino_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fprofile-instr-generate
-                                                       -fcoverage-mapping>)
+  target_compile_options(quirloduino_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
   target_link_options(quirloduino_options INTERFACE -fprofile-instr-generate)
 endif()
 
