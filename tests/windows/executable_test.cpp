@@ -109,6 +109,18 @@ TEST(Executable, AsksForNothingThatXpLacks) {
   }
 }
 
+// The window library has _execvp and system in the one object of all its narrow wrappers, where
+// nothing calls them, so those two stand among the imports.
+TEST(Executable, ImportsNoCallThatStartsAProgramOrOpensAConnection) {
+  const std::string headers = Headers();
+  EXPECT_THAT(headers, HasSubstr("LoadLibrary"));  // that names are listed at all
+  for (const char* call :
+       {"CreateProcess", "ShellExecute", "WinExec", "CreateRemoteThread", "_spawn", "_popen",
+        "WSAStartup", " socket", " connect", "Internet", "WinHttp", "URLDownload"}) {
+    EXPECT_THAT(headers, Not(HasSubstr(call)));
+  }
+}
+
 TEST(Executable, IsAHardenedProgramWithoutAConsoleOrATimeStamp) {
   const std::string headers = Headers();
   EXPECT_THAT(headers, HasSubstr("(Windows GUI)"));
