@@ -284,7 +284,9 @@ class CheckCase {
     // Nothing is read for a name that doesn't begin with three numbers.
     CriteriaFile file = {"", "", release.is_versioned};
     for (std::size_t i = random_.Below(6); i > 0; --i) {
-      const Line line = SomeLine(release.version);
+      const bool is_first = file.text.empty();  // where most files have their version line
+      const Line line =
+          is_first && random_.OneIn(2) ? VersionLine(release.version) : SomeLine(release.version);
       ++report_.figures[kLines];
       file.text += line.text + (i > 1 || random_.OneIn(2) ? "\n" : "");
       if (!file.holds) continue;  // the rest of the file is not read
