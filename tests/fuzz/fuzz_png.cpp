@@ -41,7 +41,7 @@ void PutNumber(std::string* bytes, std::size_t at, std::uint32_t number) {
 // A chunk that reaches beyond the file by more than it can ever be read for is as good as any
 // longer one, for which libpng would ask for up to 2 GiB of memory before it reads a byte.
 std::string WithBoundedChunks(std::string file) {
-  for (std::size_t at = 8; at + 12 <= file.size(); at += Number(file, at) + std::size_t{12}) {
+  for (std::size_t at = 8; at + 8 <= file.size(); at += Number(file, at) + std::size_t{12}) {
     if (Number(file, at) <= kMostChunk) continue;
     PutNumber(&file, at, kMostChunk);
     break;

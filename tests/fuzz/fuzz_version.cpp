@@ -105,7 +105,9 @@ void CheckIdentity(const std::string& folder, const std::string& release, bool m
   const std::string cut = release.substr(0, 63);
   Require(cut == HostVersion && cut.size() == HostVersionLength,
           "the release is known by its name");
-  Numbers numbers = ScanRelease(cut, false).value_or(Numbers{});
+  const std::optional<Numbers> scanned = ScanRelease(cut, false);
+  if (!scanned) return;  // the cut went through the numbers
+  const Numbers& numbers = *scanned;
   for (std::size_t i = 0; i < 3; ++i) {
     if (numbers[i] < 0 || numbers[i] > 99) return;  // no number of theirs tells such a release
   }
