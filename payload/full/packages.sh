@@ -63,8 +63,9 @@ lay_toolchain() {
       "gcc-avr/usr/bin arm/bin" \
       "gcc-avr/usr/lib/gcc/avr arm/lib/gcc/avr" \
       "llvm-14/usr/lib/llvm-14/bin arm/bin" \
-      "clang-tools-14/usr/lib/llvm-14/bin arm/bin" \
-      "clangd-14/usr/lib/llvm-14/bin arm/bin" \
+      "gcc-or1k-elf/usr/bin arm/bin" \
+      "gcc-or1k-elf/usr/libexec/gcc/or1k-elf arm/lib/gcc/or1k-elf" \
+      "gdb-multiarch/usr/bin arm/bin" \
       "lld-14/usr/lib/llvm-14/bin arm/bin" \
       "gcc-arm-none-eabi/usr/share/doc arm/share/doc" \
       "binutils-arm-none-eabi/usr/share/doc arm/share/doc" \
@@ -124,14 +125,13 @@ lay_cores() {
 
 lay_libraries() {
   awk -v OFS="$tab" '{ print 1 + NR * 7 % 13, "libraries/" $1 "/src" }' "$data/libraries" >"$work/folders"
-  spread $((4757 - $(there libraries))) "$work/folders" avr-libc newlib-source xorg-server-source \
-    libboost1.74-dev
+  spread $((4757 - $(there libraries))) "$work/folders" newlib-source xorg-server-source
 }
 lay_release_libraries() {
   awk -v OFS="$tab" '{ print 1 + NR * 5 % 11, "1.8.19/libraries/" $1 "/src" }' \
     "$data/release_libraries" >"$work/folders"
   spread $((965 - $(there 1.8.19/libraries))) "$work/folders" arduino-core-avr googletest \
-    libmbedtls-dev openafs-modules-dkms openscenegraph-examples wx3.2-examples
+    openafs-modules-dkms openscenegraph-examples wx3.2-examples
 }
 
 lay_examples() {
