@@ -5,11 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <FL/Fl_Image.H>
+#include <png.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <ctime>
 #include <memory>
 #include <random>
 #include <string>
@@ -21,6 +21,26 @@
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+// What libpng asks of the entry goes through here, so that a test can count the bytes.
+namespace {
+std::size_t bytes_asked_for;
+png_rw_ptr wrapped_read;
+
+void CountedRead(png_structp png, png_bytep to, std::size_t count) {
+  bytes_asked_for += count;
+  wrapped_read(png, to, count);
+}
+}  // namespace
+
+extern "C" {
+void __real_png_set_read_fn(png_structp png, png_voidp state, png_rw_ptr read);
+
+void __wrap_png_set_read_fn(png_structp png, png_voidp state, png_rw_ptr read) {
+  wrapped_read = read;
+  __real_png_set_read_fn(png, state, CountedRead);
+}
+}
 
 namespace {
 
@@ -392,16 +412,16 @@ TEST(PngImage, ChunkLongerThanTheEntryIsReadInZerosAndEndsAsAnEmptyImage) {
 }
 
 // Read to its end in zeros, each of these chunks took seconds.
-TEST(PngImage, ChunkOf2GigabytesIsGivenUpSoon) {
+TEST(PngImage, ChunkOf2GigabytesIsGivenUpAfterAMegabyte) {
   const std::string file = PlainPng(2, 2);
-  const std::clock_t before = std::clock();
   for (std::size_t at = 8; at + 12 <= file.size(); at += Number(file, at) + 12) {
     std::string damaged = file;
     PutNumber(&damaged, at, 0x7FFFFFFF);
     damaged.replace(at + 4, 1, "i");  // a chunk that nobody needs is passed over, not refused
+    bytes_asked_for = 0;
     ExpectEmpty(DecodeFile(damaged));
+    EXPECT_LT(bytes_asked_for, 2U << 20) << "chunk at " << at;
   }
-  EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 2);
 }
 
 std::string WithSize(std::uint32_t width, std::uint32_t height) {
