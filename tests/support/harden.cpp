@@ -18,10 +18,10 @@ int HardenCount(int full, int brief) {
 }
 
 unsigned HardenSeed(const std::string& loop) {
-  const char* given = std::getenv("QUIRLODUINO_HARDEN_SEED");
+  const char* given = std::getenv("QUIRLODUINO_SEED");
   const unsigned seed = given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
                                          : std::random_device()();
-  std::printf("%s: QUIRLODUINO_HARDEN_SEED=%u\n", loop.c_str(), seed);
+  std::printf("%s: QUIRLODUINO_SEED=%u\n", loop.c_str(), seed);
   std::fflush(stdout);
   return seed;
 }

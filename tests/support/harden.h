@@ -13,7 +13,7 @@ long HardenStride(long stride);
 // `full` or `brief`, by the depth.
 int HardenCount(int full, int brief);
 
-// The seed of a loop with random steps: QUIRLODUINO_HARDEN_SEED, or else a new one. It is printed.
+// The seed of a loop with random steps: QUIRLODUINO_SEED, or else a new one. It is printed.
 unsigned HardenSeed(const std::string& loop);
 
 // Prints one line of a loop's figures, for scripts to collect: "harden: " and the text.
