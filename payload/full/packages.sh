@@ -8,13 +8,14 @@ download() { # download PACKAGE...
   (cd "$packages" && apt-get -q -o APT::Sandbox::User= download "$@") >"$cache/fetch.log" 2>&1
 }
 fetch() {
-  mkdir -p "$packages" "$unpacked"
   missing=
   while read -r package; do
     [ -d "$unpacked/$package" ] || missing="$missing $package"
   done <"$data/packages"
   [ -n "$missing" ] || return 0
   say "downloading$missing"
+  rm -rf "$packages"  # an interrupted run may have left older ones
+  mkdir -p "$packages" "$unpacked"
   # shellcheck disable=SC2086  # a list of words
   download $missing ||
     { [ "$(id -u)" -eq 0 ] && apt-get -q update >>"$cache/fetch.log" 2>&1 && download $missing; } ||
@@ -148,7 +149,7 @@ lay_examples() {
 }
 
 # Classes of the IDE itself, each in its own place but for the name of its source file in other case: a
-# class of the same length that the IDE runs, and that can be told from the one it replaces. Some classes
+# class of the same length and code, which can be told from the one it replaces. Some classes
 # of the one jar go into the other, which adds them there. The six that prove a release stay as they are.
 lay_classes() {
   lib=$host/lib
