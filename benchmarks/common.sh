@@ -97,9 +97,8 @@ InstallDir "C:\\files"
 Section
 END
   awk -v tree="$2" '{
-    name = $0
-    gsub(/\$/, "$$", name)
-    folder = name
+    folder = $0
+    gsub(/\$/, "$$", folder)
     if (!sub(/\/[^\/]*$/, "", folder)) folder = ""
     if (folder != last || NR == 1) {
       windows = folder
@@ -107,7 +106,7 @@ END
       print "SetOutPath \"$INSTDIR" (windows == "" ? "" : "\\" windows) "\""
       last = folder
     }
-    print "File \"" tree "/" name "\""
+    print "File \"" tree "/" $0 "\"" # a source, where a dollar sign is one
   }' "$1"
   echo SectionEnd
 }
