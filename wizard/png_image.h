@@ -24,7 +24,7 @@ void TakePngBytes(PngReadState* state, unsigned char* to, std::size_t count);
 // What can't be decoded gives the empty image (width and height 0, no pixels), which a widget draws
 // as nothing: an entry that is missing, one in which libpng finds an error at any place, also
 // behind its last row, and one whose pixels would take more than 64 MiB. Nothing is leaked or read
-// outside the entry then. A damaged chunk length is read in zeros, and given up after 1 MiB of them.
+// outside the entry then. A damaged chunk length is read in zeros and given up after 1 MiB.
 class my_png_image : public Fl_RGB_Image {
  public:
   // The entry at `index`; -1, which FindEntryByName gives for a missing name, is no entry.
