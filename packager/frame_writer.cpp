@@ -22,6 +22,19 @@ int WindowLogFor(std::uint64_t content_size) {
   return std::clamp(log, kSmallestWindowLog, kLargestWindowLog);
 }
 
+// The library's own tables at its highest level see an eighth of a large content and a match every
+// 128 bytes far away. These see all of it: a release is packed once and carried by everybody. They
+// need 13 times the memory of the content. The library cuts them down to what small content needs.
+struct Setting {
+  ZSTD_cParameter parameter;
+  int above_window_log;
+};
+constexpr Setting kWholeContentTables[] = {{ZSTD_c_chainLog, 1},  // a binary tree of all positions
+                                           {ZSTD_c_hashLog, -1},
+                                           {ZSTD_c_ldmHashLog, -3}};
+constexpr int kSearchLog = 10;      // 1024 candidates, twice the library's
+constexpr int kLdmHashRateLog = 4;  // a far match is looked for every 16 bytes
+
 struct ContextDeleter {
   void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
 };
@@ -37,11 +50,22 @@ struct FrameWriter::State {
     Set(ZSTD_c_contentSizeFlag, 1);
     Set(ZSTD_c_windowLog, WindowLogFor(content_size));
     Set(ZSTD_c_enableLongDistanceMatching, 1);
+    if (options.level == kHighestLevel) SearchWholeContent(WindowLogFor(content_size));
     // Without a worker the library compresses the content as one whole, with one or more it cuts
     // it into jobs. The cuts follow from level, window and content size alone, so with at least one
     // worker, always, the frame is the same for any number of them.
     Set(ZSTD_c_nbWorkers, static_cast<int>(std::clamp(options.threads, 1U, kMostThreads)));
     Check(ZSTD_CCtx_setPledgedSrcSize(context.get(), content_size));
+  }
+
+  void SearchWholeContent(int window_log) {
+    for (const Setting& setting : kWholeContentTables) {
+      const ZSTD_bounds bounds = ZSTD_cParam_getBounds(setting.parameter);
+      Set(setting.parameter,
+          std::clamp(window_log + setting.above_window_log, bounds.lowerBound, bounds.upperBound));
+    }
+    Set(ZSTD_c_searchLog, kSearchLog);
+    Set(ZSTD_c_ldmHashRateLog, kLdmHashRateLog);
   }
 
   void Set(ZSTD_cParameter parameter, int value) {
