@@ -65,7 +65,7 @@ need_frame() {
 need_files() {
   need_frame
   build list_writes floor_writer
-  current=$(cat "$WORK/full.key")-$(program_key "$tools/list_writes")
+  current=$(cat "$WORK/payload.key")-$(program_key "$tools/list_writes")
   [ "$(cat "$WORK/files.key" 2>/dev/null)" = "$current" ] && return 0
   rm -rf "$WORK/files.key" "$WORK/files" "$WORK/jar-objects" "$WORK/expected"
   "$tools/list_writes" "$WORK/full" $release >"$WORK/writes" || fail "the writes can't be listed"
