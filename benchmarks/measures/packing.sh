@@ -20,7 +20,7 @@ contestant() { # contestant NAME PROGRAM ARTEFACT CHECK COMMAND...
   cat <<END
 
 contestant $1
-key $(key "$payload $(program_key "$2") $5")
+key $(key "$payload $(program_key "$2") $(echo "$5" | sed "s|$TARGET||")")
 artefact $3
 check $4
 run $5
