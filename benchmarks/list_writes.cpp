@@ -3,7 +3,6 @@
 // objects of archives get paths below "jar-objects/".
 //   list_writes PACKED RELEASE
 #include <cstdio>
-#include <exception>
 
 #include "benchmarks/packed_store.h"
 #include "engine/file_disposition.h"
@@ -38,13 +37,7 @@ bool CloseOpenArchive() {
 
 int main(int argc, char** argv) {
   if (argc != 3) return 2;
-  try {
-    UsePackedStore(argv[1]);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "list_writes: %s\n", error.what());
-    return 1;
-  }
-  if (!LoadEmbeddedFiles()) return 1;
+  if (!LoadPackedStore(argv[1])) return 1;
   SelectRelease(argv[2]);
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
     if (DisposeEntry("/", i) < 0) return 1;

@@ -1,8 +1,8 @@
 #include "benchmarks/packed_store.h"
 
+#include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,8 +17,7 @@ std::vector<const char*> names;
 std::vector<std::uint32_t> sizes;
 std::vector<const unsigned char*> data;
 
-void ReadTable(const std::filesystem::path& path) {
-  std::ifstream table(path);
+void ReadTable(std::istream& table) {
   std::string line;
   for (int i = 0; i < 4; ++i) std::getline(table, line);  // the head
   std::uint32_t size = 0;
@@ -26,15 +25,15 @@ void ReadTable(const std::filesystem::path& path) {
     sizes.push_back(size);
     texts.push_back(line);
   }
-  if (texts.empty()) throw std::runtime_error(path.string() + ": no table");
 }
 
 }  // namespace
 
 const EmbeddedFileStore& Store = packed;
 
-void UsePackedStore(const std::filesystem::path& folder) {
-  ReadTable(folder / "payload.tbl");
+bool LoadPackedStore(const std::filesystem::path& folder) {
+  std::ifstream table(folder / "payload.tbl");
+  ReadTable(table);
   std::ifstream file(folder / "payload.zst", std::ios::binary);
   frame.assign(std::istreambuf_iterator<char>(file), {});
   for (const std::string& text : texts) names.push_back(text.c_str());
@@ -45,4 +44,7 @@ void UsePackedStore(const std::filesystem::path& folder) {
             names.data(),
             sizes.data(),
             data.data()};
+  if (!texts.empty() && LoadEmbeddedFiles()) return true;
+  std::fprintf(stderr, "%s: no packed payload\n", folder.c_str());
+  return false;
 }

@@ -3,9 +3,9 @@
 // this links no packed store.
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 
-// Reads payload.tbl and payload.zst in `folder` and makes them the store, for the rest of the run.
-// LoadEmbeddedFiles does the rest. Throws std::runtime_error when a file can't be read.
-void UsePackedStore(const std::filesystem::path& folder);
+// Makes payload.tbl and payload.zst in `folder` the store, for the rest of the run, and expands it.
+// False, with the reason on the standard error stream, when a file can't be read or the frame is
+// not the table's.
+bool LoadPackedStore(const std::filesystem::path& folder);

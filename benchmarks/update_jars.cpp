@@ -1,7 +1,6 @@
 // The jar update alone: installs a release of a payload that holds little beside classes.
 //   update_jars PACKED RELEASE FOLDER/
 #include <cstdio>
-#include <exception>
 
 #include "benchmarks/packed_store.h"
 #include "engine/file_disposition.h"
@@ -12,13 +11,7 @@
 
 int main(int argc, char** argv) {
   if (argc != 4) return 2;
-  try {
-    UsePackedStore(argv[1]);
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "update_jars: %s\n", error.what());
-    return 1;
-  }
-  if (!LoadEmbeddedFiles()) return 1;
+  if (!LoadPackedStore(argv[1])) return 1;
   SelectRelease(argv[2]);
   bool good = true;
   for (std::uint32_t i = 0; good && i < Store.entry_count; ++i) {
