@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/fuzz/fuzz_support.h"
+#include "tests/wizard/png_chunks.h"
 #include "wizard/png_image.h"
 
 namespace {
@@ -14,47 +15,13 @@ constexpr std::uint64_t kQuick = 128 * 128;  // larger pictures are no other cas
 constexpr std::uint32_t kMostChunk = 2 * 1024 * 1024;
 constexpr std::size_t kHeadEnd = 33;
 
-std::uint32_t Number(const std::string& bytes, std::size_t at) {
-  std::uint32_t number = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
-  }
-  return number;
-}
-
-// The sum of a PNG's chunk: the CRC of ISO 3309, bit by bit.
-std::uint32_t ChunkSum(const std::string& bytes) {
-  std::uint32_t sum = 0xFFFFFFFF;
-  for (const char c : bytes) {
-    sum ^= static_cast<unsigned char>(c);
-    for (int bit = 0; bit < 8; ++bit) sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
-  }
-  return ~sum;
-}
-
-void PutNumber(std::string* bytes, std::size_t at, std::uint32_t number) {
-  for (std::size_t i = 0; i < 4; ++i) {
-    (*bytes)[at + i] = static_cast<char>(number >> (24 - 8 * i));
-  }
-}
-
 // A chunk that reaches beyond the file by more than it can ever be read for is as good as any
 // longer one, for which libpng would ask for up to 2 GiB of memory before it reads a byte.
 std::string WithBoundedChunks(std::string file) {
-  for (std::size_t at = 8; at + 8 <= file.size(); at += Number(file, at) + std::size_t{12}) {
-    if (Number(file, at) <= kMostChunk) continue;
+  for (std::size_t at = 8; at + 8 <= file.size(); at += NumberAt(file, at) + std::size_t{12}) {
+    if (NumberAt(file, at) <= kMostChunk) continue;
     PutNumber(&file, at, kMostChunk);
     break;
-  }
-  return file;
-}
-
-std::string WithRightSums(std::string file) {
-  for (std::size_t at = 8; at + 12 <= file.size();) {
-    const std::size_t length = Number(file, at);
-    if (length > file.size() - at - 12) break;
-    PutNumber(&file, at + 8 + length, ChunkSum(file.substr(at + 4, length + 4)));
-    at += length + 12;
   }
   return file;
 }
@@ -83,8 +50,8 @@ void CheckImage(const std::string& file) {
     return;
   }
   Require(file.size() > kHeadEnd, "an image has a head");
-  Require(image.w() > 0 && static_cast<std::uint32_t>(image.w()) == Number(file, 16) &&
-              image.h() > 0 && static_cast<std::uint32_t>(image.h()) == Number(file, 20),
+  Require(image.w() > 0 && static_cast<std::uint32_t>(image.w()) == NumberAt(file, 16) &&
+              image.h() > 0 && static_cast<std::uint32_t>(image.h()) == NumberAt(file, 20),
           "an image has the size that its head tells");
   const int colour_type = file[25];
   const int colours = colour_type == 3 || (colour_type & 2) != 0 ? 3 : 1;
@@ -101,11 +68,12 @@ void CheckImage(const std::string& file) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string file = WithBoundedChunks(AllOf(data, size));
   if (size >= 24) {
-    const std::uint64_t pixels = std::uint64_t{Number(file, 16)} * Number(file, 20);
+    const std::uint64_t pixels = std::uint64_t{NumberAt(file, 16)} * NumberAt(file, 20);
     if (pixels > kQuick && pixels <= kMostPixelBytes) return -1;
   }
   CheckImage(file);
-  const std::string repaired = WithRightSums(file);
+  std::string repaired = file;
+  RepairSums(&repaired);
   if (repaired != file) CheckImage(repaired);
   return 0;
 }

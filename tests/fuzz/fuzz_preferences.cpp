@@ -12,6 +12,7 @@
 
 #include "engine/host_preferences.h"
 #include "tests/fuzz/fuzz_support.h"
+#include "tests/support/text_lines.h"
 
 namespace {
 
@@ -35,17 +36,6 @@ const std::array<std::set<std::string>, 3> kRight = {
                           "quirlo30", "quirloLC", "quirlo2", "quirlopp2"},
     {"quirlo"},
     {"avr"}};
-
-std::vector<std::string> LinesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t feed = text.find('\n', begin);
-    const std::size_t end = feed == std::string::npos ? text.size() : feed + 1;
-    lines.push_back(text.substr(begin, end - begin));
-    begin = end;
-  }
-  return lines;
-}
 
 // The number of the line's key, 3 for any other line.
 std::size_t KeyOf(const std::string& line) {

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "tests/support/temp_dir.h"
+#include "tests/support/text_lines.h"
 
 namespace fs = std::filesystem;
 
@@ -311,18 +312,6 @@ bool OpensAsArchive(const std::string& path) {
   return true;
 }
 
-// A line with its line feed, if it has one.
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t feed = text.find('\n', begin);
-    const std::size_t end = feed == std::string::npos ? text.size() : feed + 1;
-    lines.push_back(text.substr(begin, end - begin));
-    begin = end;
-  }
-  return lines;
-}
-
 }  // namespace
 
 ModelDisk ReadDisk(const std::string& path) {
@@ -401,7 +390,7 @@ std::string PredictPreferences(const std::string& text) {
       Setting{"target_package=", "quirlo", {"quirlo"}},
       Setting{"target_platform=", "avr", {"avr"}}};
   std::string rewritten;
-  for (const std::string& line : Lines(text)) {
+  for (const std::string& line : LinesOf(text)) {
     std::string written = line;
     for (Setting& setting : settings) {
       if (line.size() <= setting.key.size() || !line.starts_with(setting.key)) continue;

@@ -3,14 +3,11 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "tests/support/harden.h"
+
 namespace {
 
 constexpr std::uint64_t kOrdinarySeed = 20261121;
-
-bool InFull() {
-  const char* form = std::getenv("QUIRLODUINO_HARDEN");
-  return form != nullptr && std::string(form) == "full";
-}
 
 }  // namespace
 
@@ -23,7 +20,7 @@ std::string Random::Bytes(std::size_t most) {
 std::uint64_t FirstSeed() {
   const char* seed = std::getenv("QUIRLODUINO_SEED");
   if (seed != nullptr) return std::strtoull(seed, nullptr, 10);
-  if (!InFull()) return kOrdinarySeed;
+  if (!HardenFully()) return kOrdinarySeed;
   return static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch() /
                                     std::chrono::seconds(1));
 }
@@ -31,5 +28,5 @@ std::uint64_t FirstSeed() {
 std::size_t CaseCount(std::size_t ordinary, std::size_t in_full) {
   const char* count = std::getenv("QUIRLODUINO_CASES");
   if (count != nullptr) return std::strtoull(count, nullptr, 10);
-  return InFull() ? in_full : ordinary;
+  return HardenFully() ? in_full : ordinary;
 }

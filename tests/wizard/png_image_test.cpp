@@ -17,6 +17,7 @@
 
 #include "store/embedded_file_store.h"
 #include "tests/support/test_store.h"
+#include "tests/wizard/png_chunks.h"
 #include "tests/wizard/png_maker.h"
 
 using ::testing::ElementsAre;
@@ -334,46 +335,12 @@ TEST(PngImage, EveryFlippedByteIsAnImageOfSomeKindOrAnEmptyOne) {
   }
 }
 
-// The sums of the chunks are made right again, so that the damage gets through to the decoder.
-std::uint32_t ChunkSum(const std::string& bytes) {
-  std::uint32_t sum = 0xFFFFFFFF;
-  for (const char c : bytes) {
-    sum ^= static_cast<unsigned char>(c);
-    for (int bit = 0; bit < 8; ++bit) sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
-  }
-  return ~sum;
-}
-
-std::uint32_t Number(const std::string& text, std::size_t at) {
-  std::uint32_t number = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    number = number << 8 | static_cast<unsigned char>(text[at + i]);
-  }
-  return number;
-}
-
-void PutNumber(std::string* text, std::size_t at, std::uint32_t number) {
-  for (std::size_t i = 0; i < 4; ++i) {
-    (*text)[at + i] = static_cast<char>(number >> (24 - 8 * i));
-  }
-}
-
-void RepairSums(std::string* file) {
-  std::size_t at = 8;
-  while (at + 12 <= file->size()) {
-    const std::size_t length = Number(*file, at);
-    if (length > file->size() - at - 12) return;
-    PutNumber(file, at + 8 + length, ChunkSum(file->substr(at + 4, length + 4)));
-    at += length + 12;
-  }
-}
-
 // Every offset but those of width and height and of the upper half of each chunk's length, whose
 // damage has tests of its own: a length of up to 2 GiB is read to its end, in zeros.
 std::vector<std::size_t> Offsets(const std::string& file) {
   std::vector<bool> skipped(file.size());
   std::fill_n(skipped.begin(), 24, true);
-  for (std::size_t at = 33; at + 12 <= file.size(); at += Number(file, at) + 12) {
+  for (std::size_t at = 33; at + 12 <= file.size(); at += NumberAt(file, at) + 12) {
     skipped[at] = true;
     skipped[at + 1] = true;
   }
@@ -403,7 +370,7 @@ TEST(PngImage, RandomDamageWithAndWithoutRightSumsNeverLeavesTheEntry) {
 
 TEST(PngImage, ChunkLongerThanTheEntryIsReadInZerosAndEndsAsAnEmptyImage) {
   for (const std::string& file : OneOfEachForm()) {
-    for (std::size_t at = 8; at + 12 <= file.size(); at += Number(file, at) + 12) {
+    for (std::size_t at = 8; at + 12 <= file.size(); at += NumberAt(file, at) + 12) {
       std::string damaged = file;
       PutNumber(&damaged, at, 0x00100000);
       ExpectEmpty(DecodeFile(damaged));
@@ -414,7 +381,7 @@ TEST(PngImage, ChunkLongerThanTheEntryIsReadInZerosAndEndsAsAnEmptyImage) {
 // Read to its end in zeros, each of these chunks took seconds.
 TEST(PngImage, ChunkOf2GigabytesIsGivenUpAfterAMegabyte) {
   const std::string file = PlainPng(2, 2);
-  for (std::size_t at = 8; at + 12 <= file.size(); at += Number(file, at) + 12) {
+  for (std::size_t at = 8; at + 12 <= file.size(); at += NumberAt(file, at) + 12) {
     std::string damaged = file;
     PutNumber(&damaged, at, 0x7FFFFFFF);
     damaged.replace(at + 4, 1, "i");  // a chunk that nobody needs is passed over, not refused
