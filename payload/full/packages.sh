@@ -64,6 +64,7 @@ lay_toolchain() {
       "gcc-avr/usr/bin arm/bin" \
       "gcc-avr/usr/lib/gcc/avr arm/lib/gcc/avr" \
       "llvm-14/usr/lib/llvm-14/bin arm/bin" \
+      "gcc-or1k-elf/usr/libexec/gcc/or1k-elf arm/lib/gcc/or1k-elf" \
       "gdb-multiarch/usr/bin arm/bin" \
       "lld-14/usr/lib/llvm-14/bin arm/bin" \
       "gcc-arm-none-eabi/usr/share/doc arm/share/doc" \
@@ -72,20 +73,12 @@ lay_toolchain() {
       from=$unpacked/${directory% *}
       find "$from" -type f -size +0 -printf "%s\t%m\t${directory#* }/%P\t%p\n"
     done
-    for file in \
-      "avr-libc/usr/share/doc/avr-libc/avr-libc-user-manual.pdf.gz arm/share/doc" \
-      "doxygen/usr/bin/doxygen arm/bin" \
-      "gnat-12/usr/bin/x86_64-linux-gnu-gnatbind-12 arm/bin" \
-      "gnat-12/usr/bin/x86_64-linux-gnu-gnatmake-12 arm/bin" \
-      "gnat-12/usr/lib/gcc/x86_64-linux-gnu/12/gnat1 arm/lib/gcc/gnat" \
-      "ngspice-doc/usr/share/doc/ngspice-doc/manual.pdf.gz arm/share/doc" \
-      "octave-doc/usr/share/doc/octave/octave.pdf arm/share/doc" \
-      "openocd/usr/bin/openocd arm/bin" \
-      "openocd/usr/share/doc/openocd/openocd.pdf.gz arm/share/doc" \
-      "sdcc-doc/usr/share/doc/sdcc-doc/sdccman.pdf.gz arm/share/doc" \
-      "yosys/usr/bin/yosys arm/bin"; do
-      find "$unpacked/${file% *}" -printf "%s\t%m\t${file#* }/%f\t%p\n"
-    done
+    # refman.pdf is most of fullrefman.pdf.
+    find "$unpacked"/avr-libc/usr/share/doc "$unpacked"/ngspice-doc/usr/share/doc \
+      "$unpacked"/octave-doc/usr/share/doc "$unpacked"/openocd/usr/share/doc \
+      "$unpacked"/r-doc-pdf/usr/share/R/doc \( -name '*.pdf' -o -name '*.pdf.gz' \) \
+      ! -name refman.pdf -type f -size +400k \
+      -printf '%s\t%m\tarm/share/doc/pdf/%f\t%p\n'
   } | sort -t "$tab" -k 3 | awk -f "$data/rank_arm.awk" | sort -s -n -k 1,1 | cut -f 2- >"$work/ranked"
   cut -f 3 "$work/ranked" | tr '\n' '\0' | xargs -0 md5sum | cut -c 1-32 >"$work/sums"
   paste "$work/sums" "$work/ranked" |
