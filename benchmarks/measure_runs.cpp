@@ -76,12 +76,12 @@ Run RunOnce(const Contestant& contestant, int round, const Options& options) {
   run.key = contestant.key;
   run.round = round;
   const FreshTarget target(options);
+  TouchMemory(options.touched_gibibytes << 30);
   if (!contestant.prepare.empty() &&
       RunInShell(contestant.prepare, options.target, options.log) != 0) {
     run.outcome = "could not be prepared";
     return run;
   }
-  TouchMemory(options.touched_gibibytes << 30);
   const TimedRun timed =
       RunTimed(contestant.run, options.target, contestant.stdout_file, options.log);
   run.seconds = timed.seconds;
