@@ -26,6 +26,7 @@ struct Options {
   fs::path log;
   std::string file_system = "tmpfs";
   int rounds = 5;
+  std::size_t touched_gibibytes = 2;
   bool warm_up = true;
   bool resume = false;
 };
@@ -74,13 +75,13 @@ Run RunOnce(const Contestant& contestant, int round, const Options& options) {
   run.contestant = contestant.name;
   run.key = contestant.key;
   run.round = round;
-  TouchMemory();
   const FreshTarget target(options);
   if (!contestant.prepare.empty() &&
       RunInShell(contestant.prepare, options.target, options.log) != 0) {
     run.outcome = "could not be prepared";
     return run;
   }
+  TouchMemory(options.touched_gibibytes << 30);
   const TimedRun timed =
       RunTimed(contestant.run, options.target, contestant.stdout_file, options.log);
   run.seconds = timed.seconds;
@@ -148,6 +149,8 @@ int main(int argc, char** argv) {
       ->required();
   app.add_option("--log", options.log, "What the commands say")->required();
   app.add_option("--rounds", options.rounds, "Rounds that count");
+  app.add_option("--touch", options.touched_gibibytes,
+                 "GiB of memory to touch before each run: as much as a run takes, files and all");
   app.add_option("--file-system", options.file_system)->check(CLI::IsMember({"tmpfs", "ext4"}));
   app.add_flag("!--no-warm-up", options.warm_up, "Without a round before those that count");
   app.add_flag("--resume", options.resume, "Keep the runs of the record whose key still holds");

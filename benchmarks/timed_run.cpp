@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr std::size_t kTouchedBytes = std::size_t{1} << 30;
 constexpr std::size_t kPage = 4096;
 constexpr int kNotStarted = 127;
 
@@ -60,10 +59,9 @@ int RunInShell(const std::string& command, const std::filesystem::path& folder,
   return RunTimed({"sh", "-c", command}, folder, "", log).status;
 }
 
-void TouchMemory() {
-  void* block =
-      mmap(nullptr, kTouchedBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+void TouchMemory(std::size_t bytes) {
+  void* block = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (block == MAP_FAILED) throw std::system_error(errno, std::generic_category(), "mmap");
-  for (std::size_t i = 0; i < kTouchedBytes; i += kPage) static_cast<volatile char*>(block)[i] = 1;
-  munmap(block, kTouchedBytes);
+  for (std::size_t i = 0; i < bytes; i += kPage) static_cast<volatile char*>(block)[i] = 1;
+  munmap(block, bytes);
 }

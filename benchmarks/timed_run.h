@@ -1,6 +1,7 @@
 // One process under the clock.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -23,8 +24,6 @@ TimedRun RunTimed(const std::vector<std::string>& words, const std::filesystem::
 int RunInShell(const std::string& command, const std::filesystem::path& folder,
                const std::filesystem::path& log);
 
-// Takes a gibibyte from the system and gives it back: on a virtual machine whose host has taken
-// idle memory away, the next to touch it would pay for its return. No more than that: the kernel of
-// such a machine may hold a gibibyte of freed memory for a while (page_reporting's max_waiting_mib)
-// and hands the rest over at once, to be paid for during the very run.
-void TouchMemory();
+// Takes memory from the system and gives it back: on a virtual machine whose host has taken idle
+// memory away, the next to touch it would pay for its return.
+void TouchMemory(std::size_t bytes);
