@@ -6,6 +6,6 @@
 #include <filesystem>
 
 // Makes payload.tbl and payload.zst in `folder` the store, for the rest of the run, and expands it.
-// False, with the reason on the standard error stream, when a file can't be read or the frame is
+// False, with a line on the standard error stream, when a file can't be read or the frame is
 // not the table's.
 bool LoadPackedStore(const std::filesystem::path& folder);
