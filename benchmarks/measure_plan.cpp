@@ -32,6 +32,8 @@ void Apply(Contestant* contestant, const std::string& directive, const std::stri
     contestant->bytes = std::stoull(value);
   } else if (directive == "entries") {
     contestant->entries = std::stoull(value);
+  } else if (directive == "rounds") {
+    contestant->rounds = std::stoi(value);
   } else {
     throw std::runtime_error("no directive " + directive);
   }

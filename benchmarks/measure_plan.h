@@ -9,12 +9,14 @@
 //   check COMMAND          for the shell, afterwards; fails when the work isn't the same work
 //   artefact FILE          its size is recorded as the run's bytes
 //   bytes N, entries N     recorded as they stand
+//   rounds N               it takes part in no more than these (all of them)
 //
 // All of them run in the target folder. Empty lines and lines that begin with "#" mean nothing.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -29,6 +31,7 @@ struct Contestant {
   std::string artefact;
   std::uint64_t bytes = 0;
   std::uint64_t entries = 0;
+  int rounds = std::numeric_limits<int>::max();
 };
 
 // Throws std::runtime_error at a line that means nothing, and when a block has nothing to run.

@@ -127,7 +127,8 @@ void RunAll(const Options& options) {
   std::set<std::string> out;
   for (int round = options.warm_up ? 0 : 1; round <= options.rounds; ++round) {
     for (const Contestant& contestant : plan) {
-      if (out.count(contestant.name) != 0 || IsDone(done, contestant.name, round)) continue;
+      if (round > contestant.rounds || out.count(contestant.name) != 0) continue;
+      if (IsDone(done, contestant.name, round)) continue;
       const Run run = RunOnce(contestant, round, options);
       AppendRun(options.results, run);
       if (run.outcome != kOk) out.insert(contestant.name);

@@ -29,7 +29,8 @@ struct Measure {
 constexpr std::array<Measure, 9> kMeasures = {{
     {"packing", "Packing, and the size of what it makes",
      "The same content in the same order. xz and zstd get it as one file, 7z and NSIS as files. "
-     "Each result is expanded again and compared before it counts.",
+     "Each result is expanded again and compared before it counts. `zstd -19` is here for its "
+     "size.",
      "quirloduino-pack", true, false},
     {"expanding", "Expanding what was packed into one file",
      "From the page cache into a file of a fresh file system.", "quirloduino frame", false, false},
