@@ -48,3 +48,25 @@ done
 # At four times the size an install takes 2.3 GB and leaves files of 1.8 GB in memory.
 measure growth-start "$ROUNDS" --touch 5
 measure growth-install "$ROUNDS" --touch 5
+
+# The same counted, one run of each being enough: what else the machine does can't disturb that.
+# instructions FOLDER STATUS : of a run of $program with that Arduino folder, which ends so
+instructions() {
+  status=0
+  valgrind --tool=cachegrind --cache-sim=no --cachegrind-out-file="$TARGET.count" "$program" \
+    --dir="$1" >>"$WORK/log/growth-instructions" 2>&1 || status=$?
+  [ "$status" -eq "$2" ] || fail "$program ended with $status, see $WORK/log/growth-instructions"
+  sed -n 's/^summary: //p' "$TARGET.count"
+}
+for scale in $scales; do
+  program=$tools/quirloduino_$(echo "$scale" | tr / _)
+  table=$WORK/growth/$(echo "$scale" | tr / _)/payload.tbl
+  started=$(instructions '' 1)
+  rm -rf "$TARGET.arduino"
+  cp -a "$WORK/host/." "$TARGET.arduino"
+  installed=$(instructions "$TARGET.arduino" 0)
+  echo "$scale $(sed -n 's/^entries //p' "$table") $(sed -n 's/^content //p' "$table")" \
+    "$started $installed"
+done >"$WORK/results/growth-instructions.txt"
+rm -rf "$TARGET.arduino"
+echo "  instructions: done"
