@@ -97,12 +97,11 @@ std::string FailureOf(const std::vector<Run>& runs, const std::string& contestan
   return "no round that counts";
 }
 
-double PeakMegabytes(const std::vector<Run>& counted) {
-  std::vector<double> peaks;
-  for (const Run& run : counted) {
-    peaks.push_back(static_cast<double>(run.peak_kilobytes) * 1024 / 1e6);
-  }
-  return SpreadOf(peaks).median;
+template <typename Figure>
+double MedianOf(const std::vector<Run>& counted, Figure Run::*figure) {
+  std::vector<double> figures;
+  for (const Run& run : counted) figures.push_back(static_cast<double>(run.*figure));
+  return SpreadOf(figures).median;
 }
 
 void PrintRow(const Measure& measure, const std::vector<Run>& runs, const std::string& contestant,
@@ -115,7 +114,9 @@ void PrintRow(const Measure& measure, const std::vector<Run>& runs, const std::s
   const Spread time = SecondsOf(runs, contestant);
   std::cout << "| " << contestant << " | " << Seconds(time.median) << " | " << Seconds(time.least)
             << " .. " << Seconds(time.greatest) << " | " << time.count << " | "
-            << Format("%.1f", PeakMegabytes(counted)) << " |";
+            << Seconds(MedianOf(counted, &Run::user)) << " | "
+            << Seconds(MedianOf(counted, &Run::system)) << " | "
+            << Format("%.1f", MedianOf(counted, &Run::peak_kilobytes) * 1024 / 1e6) << " |";
   if (measure.ours != nullptr) {
     std::cout << ' ' << (ours > 0 ? Format("%.2f", time.median / ours) : "") << " |";
   }
@@ -133,8 +134,9 @@ void PrintRow(const Measure& measure, const std::vector<Run>& runs, const std::s
 void PrintMeasure(const Measure& measure, const std::vector<Run>& runs, const std::string& note) {
   std::cout << "\n## " << measure.title << "\n\n" << measure.words << '\n';
   if (!note.empty()) std::cout << '\n' << note << '\n';
-  std::string head = "\n| | median, s | least .. greatest | rounds | peak, MB |";
-  std::string rule = "\n|---|---:|---:|---:|---:|";
+  std::string head =
+      "\n| | median, s | least .. greatest | rounds | user, s | system, s | peak, MB |";
+  std::string rule = "\n|---|---:|---:|---:|---:|---:|---:|";
   if (measure.ours != nullptr) {
     head += " time, of ours |";
     rule += "---:|";
