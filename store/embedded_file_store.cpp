@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/memory.h"
 #include "platform/text.h"
 #include "store/host_selection.h"
 
@@ -108,6 +109,7 @@ bool LoadEmbeddedFiles() {
   const std::uint32_t total = ContentSize();
   payload = static_cast<unsigned char*>(std::malloc(total));
   if (payload == nullptr) return false;
+  ExpectWrites(payload, total);
   // An error code is never equal to the total, so one comparison answers for both.
   if (ZSTD_decompress(payload, total, Store.frame, Store.frame_length) != total) return false;
   FillDataTable();
