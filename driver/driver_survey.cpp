@@ -18,6 +18,7 @@
 #include "platform/administrator.h"
 #include "platform/text.h"
 #include "store/embedded_file_store.h"
+#include "store/payload_format.h"
 
 int SurveyDone;
 int DriverReady;
@@ -151,12 +152,12 @@ void stage_driver_files() {
   }
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
     const char* name = Store.names[i];
-    if (EndsWith(name, ".inf")) {
+    if (EndsWith(name, kDriverInfEnding)) {
       if (WriteEntryToFile(folder, "", name, i) < 0) continue;
       AddStagedInf(folder, name);
       // Ends the whole walk, so a catalog further on isn't staged either.
       if (StagedInfCount >= kMostStagedInfs) return;
-    } else if (EndsWith(name, ".cat")) {
+    } else if (EndsWith(name, kDriverCatalogEnding)) {
       WriteEntryToFile(folder, "", name, i);
     }
   }

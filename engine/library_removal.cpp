@@ -5,6 +5,7 @@
 #include "platform/files.h"
 #include "platform/text.h"
 #include "store/location_keys.h"
+#include "store/payload_format.h"
 
 namespace {
 
@@ -40,7 +41,7 @@ void RemoveOldLibraries(const char* dir) {
   if (base[length - 1] == '/' || base[length - 1] == '\\') base[length - 1] = '\0';
 
   for (const char* library : kOldLibraries) {
-    const char* libraries = LookupLocation("LIBRARY_SUBDIR");
+    const char* libraries = LookupLocation(kLibraryKey);
     if (libraries == nullptr) return;
     char path[kLongPathSize];
     FormatBounded(path, sizeof path, "%s/%s%s", base, libraries, library);

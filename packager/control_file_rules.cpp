@@ -1,18 +1,15 @@
 #include "packager/control_file_rules.h"
 
-#include <algorithm>
-#include <cstring>
 #include <string>
 
 #include "packager/name_rules.h"
 #include "packager/refusal.h"
+#include "recognition/criteria_line.h"
 #include "recognition/zipcksum_line.h"
 #include "store/location_value.h"
+#include "store/payload_format.h"
 
 namespace {
-
-constexpr std::string_view kZipcksum = "zipcksum:";
-constexpr std::string_view kKeywords[] = {"dir:", "file:", "version:", "zipfile:", kZipcksum};
 
 bool IsFolderKey(std::string_view key) {
   return key.ends_with("_SUBDIR");
@@ -72,18 +69,12 @@ void CheckLocation(std::string_view name, std::string_view content, const char* 
   }
 }
 
-bool HasKeyword(std::string_view line) {
-  return std::any_of(std::begin(kKeywords), std::end(kKeywords),
-                     [line](std::string_view keyword) { return line.starts_with(keyword); });
-}
-
-void CheckCriteriaLine(std::string_view name, std::string_view line, std::size_t number) {
+void CheckCriteriaLine(std::string_view name, const CriteriaLine& line, std::size_t number) {
+  if (line.keyword == CriteriaKeyword::kNone) return;
   const std::string place = "line " + std::to_string(number);
-  if (HasKeyword(line) && line.ends_with('\r')) {
-    throw Refusal(name, place + " ends in a carriage return");
-  }
-  if (!line.starts_with(kZipcksum)) return;
-  std::string argument(line.substr(kZipcksum.size()));
+  std::string argument(line.argument, line.argument_length);
+  if (argument.ends_with('\r')) throw Refusal(name, place + " ends in a carriage return");
+  if (line.keyword != CriteriaKeyword::kZipcksum) return;
   ZipcksumLine parts;
   if (!SplitZipcksumLine(argument.data(), &parts)) {
     throw Refusal(name, place + " is a malformed zipcksum line");
@@ -97,10 +88,10 @@ void CheckLocations(std::string_view name, std::string_view content) {
 }
 
 void CheckCriteriaFile(std::string_view name, std::string_view content) {
-  std::size_t number = 0;
-  while (!content.empty()) {
-    const std::size_t end = std::min(content.find('\n'), content.size());
-    CheckCriteriaLine(name, content.substr(0, end), ++number);
-    content.remove_prefix(std::min(end + 1, content.size()));
+  const char* position = content.data();
+  const char* const end = position + content.size();
+  CriteriaLine line;
+  for (std::size_t number = 1; TakeCriteriaLine(&position, end, &line); ++number) {
+    CheckCriteriaLine(name, line, number);
   }
 }

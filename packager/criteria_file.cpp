@@ -6,6 +6,7 @@
 #include "packager/jar_file.h"
 #include "packager/refusal.h"
 #include "packager/release_name.h"
+#include "store/payload_format.h"
 
 namespace fs = std::filesystem;
 
@@ -62,7 +63,7 @@ void CheckFolder(const fs::path& folder, const CriteriaRequest& request) {
 }
 
 std::string MemberLine(const Member& member, const std::vector<fs::path>& folders) {
-  std::string line = std::string("zipcksum:") + member.jar;
+  std::string line = std::string(kZipcksumKeyword) + member.jar;
   for (const fs::path& folder : folders) {
     const MemberFacts facts = ReadMemberFacts((folder / member.jar).string(), member.name);
     line += " " + std::to_string(facts.checksum) + " " + std::to_string(facts.size);
@@ -74,14 +75,15 @@ std::string MemberLine(const Member& member, const std::vector<fs::path>& folder
 
 std::string CriteriaText(const CriteriaRequest& request) {
   CheckReleaseName(request.release);
-  if (request.folders.size() > kMostFolders) {
-    throw Refusal(request.folders[kMostFolders].string(),
-                  "a zipcksum line has room for 15 folders and no more");
+  if (request.folders.size() > kMostPairs) {
+    throw Refusal(
+        request.folders[kMostPairs].string(),
+        "a zipcksum line has room for " + std::to_string(kMostPairs) + " folders and no more");
   }
   for (const std::string& file : request.files) CheckFileArgument(file);
   for (const fs::path& folder : request.folders) CheckFolder(folder, request);
-  std::string text = std::string("version:") + kVersionFile + "\n";
-  for (const std::string& file : request.files) text += "file:" + file + "\n";
+  std::string text = std::string(kVersionKeyword) + kVersionFile + "\n";
+  for (const std::string& file : request.files) text += kFileKeyword + file + "\n";
   for (const Member& member : kMembers) text += MemberLine(member, request.folders);
   return text;
 }

@@ -9,12 +9,10 @@
 
 struct CriteriaRequest {
   std::string release;                         // "1.8.19"
-  std::vector<std::filesystem::path> folders;  // Arduino folders of that release, one per build
+  std::vector<std::filesystem::path> folders;  // Arduino folders of that release, one per build,
+                                               // at most kMostPairs
   std::vector<std::string> files;              // that must be there, relative to the folder
 };
-
-// As many pairs as one zipcksum line can hold, and so as many builds.
-inline constexpr std::size_t kMostFolders = 15;
 
 // The text of the file: the version line, a line for each of the files, then one line for each of
 // the six members that tell the builds apart, with a pair for each folder in the order given.

@@ -8,6 +8,7 @@
 
 #include "packager/criteria_file.h"
 #include "packager/refusal.h"
+#include "store/payload_format.h"
 
 namespace {
 
@@ -24,7 +25,8 @@ int Run(int argc, char** argv) {
                "quirloduino-criteria"};
   CriteriaRequest request;
   app.add_option("RELEASE", request.release, "The release's name, such as 1.8.19")->required();
-  app.add_option("FOLDER", request.folders, "Arduino folders of that release, at most 15")
+  app.add_option("FOLDER", request.folders,
+                 "Arduino folders of that release, at most " + std::to_string(kMostPairs))
       ->required();
   app.add_option("--file", request.files, "A file that each folder must have; may be repeated")
       ->type_name("PATH")

@@ -30,7 +30,7 @@ constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 32;
 std::map<std::uint64_t, Indices> BySize(const std::vector<PayloadFile>& files) {
   std::map<std::uint64_t, Indices> by_size;
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (files[i].size > 0 && files[i].size < kTooLarge && files[i].name.starts_with(kAliasFolder)) {
+    if (files[i].size > 0 && files[i].size < kTooLarge && files[i].name.starts_with(kArmFolder)) {
       by_size[files[i].size].push_back(i);
     }
   }

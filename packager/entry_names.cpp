@@ -6,7 +6,8 @@
 std::optional<AliasParts> SplitAlias(std::string_view name) {
   const std::size_t position = name.find(kAliasSeparator);
   if (position == std::string_view::npos) return std::nullopt;
-  return AliasParts{name.substr(0, position), name.substr(position + kAliasSeparator.size())};
+  return AliasParts{name.substr(0, position),
+                    name.substr(position + std::string_view(kAliasSeparator).size())};
 }
 
 std::string_view InstalledPath(std::string_view name) {
@@ -32,7 +33,7 @@ std::string_view AfterFirstComponent(std::string_view name) {
 }
 
 bool IsArchiveObject(std::string_view name) {
-  if (!IsReleasePrefixed(name) || !name.ends_with(".class")) return false;
+  if (!IsReleasePrefixed(name) || !name.ends_with(kClassEnding)) return false;
   const std::string_view rest = AfterFirstComponent(name);
   return std::any_of(std::begin(kArchiveTrees), std::end(kArchiveTrees),
                      [rest](std::string_view tree) { return rest.starts_with(tree); });

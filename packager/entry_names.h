@@ -6,15 +6,10 @@
 #include <string>
 #include <string_view>
 
-// What stands between the two paths of an alias.
-inline constexpr std::string_view kAliasSeparator = " --> ";
-
-// The only folder in which the installer looks for aliases.
-inline constexpr std::string_view kAliasFolder = "arm/";
+#include "store/payload_format.h"
 
 // Where, below a release, the class files of the host's two archives stand.
-inline constexpr std::string_view kArchiveTrees[] = {"WINDOWS/pde.jar/",
-                                                     "WINDOWS/arduino-core.jar/"};
+inline constexpr std::string_view kArchiveTrees[] = {kIdeJarTree, kCoreJarTree};
 
 struct AliasParts {
   std::string_view left;    // the path to install

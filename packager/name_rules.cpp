@@ -67,7 +67,8 @@ void CheckPath(std::string_view path) {
 
 void CheckTreePath(std::string_view path) {
   if (path.find(kAliasSeparator) != std::string_view::npos) {
-    throw Refusal(path, "a file's name must not hold \" --> \", the mark of an alias");
+    throw Refusal(
+        path, "a file's name must not hold " + Quoted(kAliasSeparator) + ", the mark of an alias");
   }
   CheckPath(path);
 }

@@ -7,11 +7,9 @@
 #include "packager/entry_names.h"
 #include "packager/payload_order.h"
 #include "packager/refusal.h"
-#include "store/package_version.h"
+#include "store/payload_format.h"
 
 namespace {
-
-constexpr std::size_t kLongestAliasLeft = 511;
 
 // The archive's tree that an entry belongs to, "1.8.19/WINDOWS/pde.jar/", or nothing.
 std::string_view ArchiveTree(std::string_view name) {
@@ -29,7 +27,8 @@ void CheckEnd(const std::vector<PayloadFile>& entries) {
     throw Refusal(last, "the table must not end in an object of an archive");
   }
   if (last != kVersionMarkerName) {
-    throw Refusal(last, "the last entry must be the version marker, quirloduino.txt");
+    throw Refusal(last,
+                  std::string("the last entry must be the version marker, ") + kVersionMarkerName);
   }
 }
 
@@ -70,12 +69,13 @@ void CheckAliases(const std::vector<PayloadFile>& entries) {
   std::set<std::string_view> earlier;
   for (const PayloadFile& entry : entries) {
     if (const auto alias = SplitAlias(entry.name)) {
-      if (!entry.name.starts_with(kAliasFolder)) {
-        throw Refusal(entry.name, "an alias must lie under arm/");
+      if (!entry.name.starts_with(kArmFolder)) {
+        throw Refusal(entry.name, std::string("an alias must lie under ") + kArmFolder);
       }
       if (entry.size != 0) throw Refusal(entry.name, "an alias must have size 0");
       if (alias->left.size() > kLongestAliasLeft) {
-        throw Refusal(entry.name, "an alias's left side must not be longer than 511 characters");
+        throw Refusal(entry.name, "an alias's left side must not be longer than " +
+                                      std::to_string(kLongestAliasLeft) + " characters");
       }
       if (SplitAlias(alias->target)) {
         throw Refusal(entry.name, "an alias's target must not be an alias");

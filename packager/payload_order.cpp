@@ -5,19 +5,9 @@
 #include <iterator>
 
 #include "packager/entry_names.h"
-#include "store/package_version.h"
+#include "store/payload_format.h"
 
 namespace {
-
-constexpr std::string_view kTools[] = {
-    "quirlo.exe",           "quirlo_post_compile.exe", "quirlo_reboot.exe",  "quirlo_cleanup.exe",
-    "quirlo_size.exe",      "quirlo_restart.exe",      "quirlo_gateway.exe", "quirlo_ports.exe",
-    "quirlo_serialmon.exe", "quirlo_secure.exe",       "Q4Security.jar",     "mktinyfat.exe",
-    "stdout_redirect.exe",  "precompile_helper.exe",   "vscode_plugins.exe", "post_install.bat",
-    "pre_uninstall.bat"};
-
-constexpr std::string_view kImages[] = {"final.png", "sc.png", "screenshot.png", "quirlo_icon.png",
-                                        "quirlo_main.png"};
 
 struct Folder {
   std::string_view prefix;
@@ -25,20 +15,20 @@ struct Folder {
 };
 
 constexpr Folder kFolders[] = {
-    {"arm/", PayloadGroup::kArm},
-    {"arm-none-eabi/", PayloadGroup::kArmNoneEabi},
-    {"avrquirlo/", PayloadGroup::kAvrQuirlo},
-    {"otherlibs/", PayloadGroup::kOtherLibs},
-    {"examples/", PayloadGroup::kExamples},
-    {"cores/", PayloadGroup::kCores},
-    {"libraries/", PayloadGroup::kLibraries},
-    {"armlib/", PayloadGroup::kArmLib},
+    {kArmFolder, PayloadGroup::kArm},
+    {kArmNoneEabiFolder, PayloadGroup::kArmNoneEabi},
+    {kAvrQuirloFolder, PayloadGroup::kAvrQuirlo},
+    {kOtherLibsFolder, PayloadGroup::kOtherLibs},
+    {kExamplesFolder, PayloadGroup::kExamples},
+    {kCoresFolder, PayloadGroup::kCores},
+    {kLibrariesFolder, PayloadGroup::kLibraries},
+    {kArmLibFolder, PayloadGroup::kArmLib},
 };
 
 constexpr Folder kReleaseFolders[] = {
-    {"WINDOWS/", PayloadGroup::kReleaseWindows},
-    {"libraries/", PayloadGroup::kReleaseLibraries},
-    {"examples/", PayloadGroup::kReleaseExamples},
+    {kWindowsFolder, PayloadGroup::kReleaseWindows},
+    {kLibrariesFolder, PayloadGroup::kReleaseLibraries},
+    {kExamplesFolder, PayloadGroup::kReleaseExamples},
 };
 
 constexpr std::string_view kTitles[] = {
@@ -60,20 +50,29 @@ PayloadGroup GroupByFolder(const Folder (&folders)[N], std::string_view path,
 
 PayloadGroup GroupOfRootFile(std::string_view name) {
   if (name == kVersionMarkerName) return PayloadGroup::kVersionMarker;
-  if (name.ends_with(".cat") || name.ends_with(".inf")) return PayloadGroup::kDriver;
-  if (name.ends_with(".png")) return PayloadGroup::kImages;
+  if (name.ends_with(kDriverCatalogEnding) || name.ends_with(kDriverInfEnding))
+    return PayloadGroup::kDriver;
+  if (name.ends_with(kPictureEnding)) return PayloadGroup::kImages;
   return PayloadGroup::kRootTools;
 }
 
 PayloadGroup GroupOfReleaseFile(std::string_view rest) {
-  if (rest == "boards.txt" || rest == "platform.txt") return PayloadGroup::kReleaseBoards;
+  if (rest == kBoardsFile || rest == kPlatformFile) return PayloadGroup::kReleaseBoards;
   return GroupByFolder(kReleaseFolders, rest, PayloadGroup::kReleaseOther);
 }
 
-template <std::size_t N>
-std::size_t RankIn(const std::string_view (&list)[N], std::string_view name) {
-  return static_cast<std::size_t>(
-      std::distance(std::begin(list), std::find(std::begin(list), std::end(list), name)));
+std::string_view NameOf(const RootFile& file) {
+  return file.name;
+}
+std::string_view NameOf(const char* picture) {
+  return picture;
+}
+
+template <class Item, std::size_t N>
+std::size_t RankIn(const Item (&list)[N], std::string_view name) {
+  const auto* const position = std::find_if(
+      std::begin(list), std::end(list), [name](const Item& item) { return NameOf(item) == name; });
+  return static_cast<std::size_t>(std::distance(std::begin(list), position));
 }
 
 // The end of a component ranks below every character, so that a folder's files stand together and
@@ -108,9 +107,9 @@ std::string_view GroupTitle(PayloadGroup group) {
 std::size_t ListedRank(std::string_view name) {
   switch (GroupOf(name)) {
     case PayloadGroup::kRootTools:
-      return RankIn(kTools, name);
+      return RankIn(kRootFiles, name);
     case PayloadGroup::kImages:
-      return RankIn(kImages, name);
+      return RankIn(kPictures, name);
     default:
       return 0;
   }

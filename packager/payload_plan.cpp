@@ -38,7 +38,7 @@ std::vector<PlannedEntry> MakeEntries(const std::filesystem::path& root,
     if (original[i] == i) {
       entries.push_back({name, files[i].size, name});
     } else {
-      const std::string alias = name + std::string(kAliasSeparator) + files[original[i]].name;
+      const std::string alias = name + kAliasSeparator + files[original[i]].name;
       entries.push_back({alias, 0, name});
     }
   }

@@ -11,14 +11,10 @@
 #include "packager/name_rules.h"
 #include "packager/refusal.h"
 #include "packager/release_name.h"
-#include "store/embedded_file_store.h"
 #include "store/package_version.h"
+#include "store/payload_format.h"
 
 namespace {
-
-// A name that holds this makes a release of what stands before it.
-constexpr std::string_view kCriteriaEnding = kCriteriaFileEnding;
-constexpr std::string_view kLocationsEnding = "/WINDOWS/locations.txt";
 
 using FilesByName = std::map<std::string_view, const PayloadFile*>;
 
@@ -34,23 +30,23 @@ const PayloadFile* Find(const FilesByName& by_name, std::string_view name) {
 }
 
 void CheckCriteriaName(const PayloadFile& file) {
-  const std::size_t position = file.name.find(kCriteriaEnding);
+  const std::size_t position = file.name.find(kCriteriaFileEnding);
   if (position == std::string::npos) return;
   const bool is_own = IsReleasePrefixed(file.name) &&
                       position == FirstComponent(file.name).size() &&
-                      file.name.ends_with(kCriteriaEnding);
+                      file.name.ends_with(kCriteriaFileEnding);
   if (!is_own) {
-    throw Refusal(file.name,
-                  "only a release's own criteria file may have \"/WINDOWS/directory_criteria.txt\" "
-                  "in its name");
+    throw Refusal(file.name, std::string("only a release's own criteria file may have \"") +
+                                 kCriteriaFileEnding + "\" in its name");
   }
 }
 
 // The installer gives such a file no place and fails.
 void CheckCoresFile(const PayloadFile& file) {
   const std::string_view path = InstalledPath(file.name);
-  if (path.starts_with("cores/") && path.find('/', 6) == std::string_view::npos &&
-      path != "cores/keywords.txt") {
+  if (!path.starts_with(kCoresFolder)) return;
+  const std::string_view rest = AfterFirstComponent(path);
+  if (rest.find('/') == std::string_view::npos && rest != kKeywordsFile) {
     throw Refusal(path, "no file but keywords.txt may stand directly in cores/");
   }
 }
@@ -83,15 +79,14 @@ void CheckNoneBeginsAnother(const std::set<std::string_view>& releases) {
 }
 
 void CheckRelease(std::string_view release, const FilesByName& by_name, const ContentReader& read) {
-  const PayloadFile* criteria = Find(by_name, std::string(release) + std::string(kCriteriaEnding));
+  const PayloadFile* criteria = Find(by_name, std::string(release) + kCriteriaFileEnding);
   if (criteria == nullptr) {
     throw Refusal(release,
                   "a folder whose name begins with a digit must be a release and have a "
                   "WINDOWS/directory_criteria.txt");
   }
   CheckReleaseName(release);
-  const PayloadFile* locations =
-      Find(by_name, std::string(release) + std::string(kLocationsEnding));
+  const PayloadFile* locations = Find(by_name, std::string(release) + kLocationsFileEnding);
   if (locations == nullptr) throw Refusal(release, "a release must have a WINDOWS/locations.txt");
   CheckLocations(locations->name, read(*locations));
   CheckCriteriaFile(criteria->name, read(*criteria));

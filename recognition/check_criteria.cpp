@@ -10,6 +10,7 @@
 #include "platform/text.h"
 #include "recognition/check_log.h"
 #include "recognition/cksum.h"
+#include "recognition/criteria_line.h"
 #include "recognition/zipcksum_line.h"
 #include "store/embedded_file_store.h"
 
@@ -245,32 +246,26 @@ bool CheckZipcksumLine(Check* check, const char* text, std::size_t length) {
   return holds;
 }
 
-// The length of `keyword` when the line begins with it, otherwise 0.
-std::size_t KeywordLength(const char* line, std::size_t length, const char* keyword) {
-  const std::size_t keyword_length = std::strlen(keyword);
-  if (length < keyword_length || std::memcmp(line, keyword, keyword_length) != 0) return 0;
-  return keyword_length;
-}
-
-struct Keyword {
-  const char* word;
+struct Test {
+  CriteriaKeyword keyword;
   bool (*holds)(Check* check);
 };
-constexpr Keyword kKeywords[] = {{"dir:", CheckDirLine},
-                                 {"file:", CheckFileLine},
-                                 {"version:", CheckVersionLine},
-                                 {"zipfile:", CheckZipfileLine}};
+constexpr Test kTests[] = {{CriteriaKeyword::kDir, CheckDirLine},
+                           {CriteriaKeyword::kFile, CheckFileLine},
+                           {CriteriaKeyword::kVersion, CheckVersionLine},
+                           {CriteriaKeyword::kZipfile, CheckZipfileLine}};
 
 // A line that begins with no keyword holds.
-bool LineHolds(Check* check, const char* line, std::size_t length) {
-  for (const Keyword& keyword : kKeywords) {
-    const std::size_t skip = KeywordLength(line, length, keyword.word);
-    if (skip == 0) continue;
-    TakeArgument(check, line + skip, length - skip);
-    return keyword.holds(check);
+bool LineHolds(Check* check, const CriteriaLine& line) {
+  if (line.keyword == CriteriaKeyword::kZipcksum) {
+    return CheckZipcksumLine(check, line.argument, line.argument_length);
   }
-  const std::size_t skip = KeywordLength(line, length, "zipcksum:");
-  return skip == 0 || CheckZipcksumLine(check, line + skip, length - skip);
+  for (const Test& test : kTests) {
+    if (test.keyword != line.keyword) continue;
+    TakeArgument(check, line.argument, line.argument_length);
+    return test.holds(check);
+  }
+  return true;
 }
 
 }  // namespace
@@ -280,18 +275,14 @@ int CheckCriteria(const char* dir, std::uint32_t index) {
   Check check;
   if (!ScanExpected(entry.name, &check.expected)) return 0;
 
-  // The entry's bytes have no terminator: every look ahead is bounded by `end`.
-  const char* line = reinterpret_cast<const char*>(entry.data);
-  const char* const end = line + entry.size;
-  while (line < end) {
-    const auto room = static_cast<std::size_t>(end - line);
-    const auto* feed = static_cast<const char*>(std::memchr(line, '\n', room));
-    const std::size_t length = feed == nullptr ? room : static_cast<std::size_t>(feed - line);
+  const char* position = reinterpret_cast<const char*>(entry.data);
+  const char* const end = position + entry.size;
+  CriteriaLine line;
+  while (TakeCriteriaLine(&position, end, &line)) {
     // Anew for each line, as a jar's member may have been read over it.
     check.folder_length =
         std::min(FormatBounded(check.path, kFolderLimit + 1, "%s", dir), kFolderLimit);
-    if (!LineHolds(&check, line, length)) return 0;
-    line += length + 1;
+    if (!LineHolds(&check, line)) return 0;
   }
   return 1;
 }

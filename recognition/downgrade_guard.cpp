@@ -8,6 +8,7 @@
 #include "platform/text.h"
 #include "recognition/check_log.h"
 #include "store/package_version.h"
+#include "store/payload_format.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ constexpr char kDecimalCharacters[] = " \t\r\n\v\f+-.0123456789eE";
 
 bool ReadInstalledNumber(const char* dir, float* number) {
   char text[1284];  // first the path, then the marker's first line
-  FormatBounded(text, sizeof text, "%slib/quirloduino.txt", dir);
+  FormatBounded(text, sizeof text, "%slib/%s", dir, kVersionMarkerName);
   std::FILE* file = OpenFile(text, "r");
   if (file == nullptr) return false;
   const char* line = std::fgets(text, sizeof text, file);

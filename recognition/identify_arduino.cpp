@@ -10,6 +10,7 @@
 #include "recognition/downgrade_guard.h"
 #include "store/embedded_file_store.h"
 #include "store/host_selection.h"
+#include "store/payload_format.h"
 
 namespace {
 

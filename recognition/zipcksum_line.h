@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// Room for the numbers of one line. A count that reaches it makes the line malformed, so 15 pairs
-// are the most a line can hold.
-inline constexpr std::size_t kZipcksumNumbers = 32;
+#include "store/payload_format.h"
+
+// Room for the numbers of one line. A count that reaches it makes the line malformed.
+inline constexpr std::size_t kZipcksumNumbers = 2 * kMostPairs + 2;
 
 struct ZipcksumLine {
   std::uint32_t numbers[kZipcksumNumbers];  // checksum, size, checksum, size, ...

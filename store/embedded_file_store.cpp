@@ -8,14 +8,12 @@
 #include <utility>
 
 #include "platform/memory.h"
-#include "platform/text.h"
 #include "store/host_selection.h"
+#include "store/payload_format.h"
 
 namespace {
 
-constexpr std::size_t kMostReleases = 20;
 constexpr std::size_t kVersionsTextSize = 256;
-constexpr std::size_t kScratchSize = 4096;
 
 unsigned char* payload;  // the expanded content, for the life of the process
 char* releases[kMostReleases];
@@ -123,26 +121,8 @@ int FindEntryByName(const char* name) {
   return -1;
 }
 
-bool EndsWith(const char* text, const char* suffix) {
-  const std::size_t text_length = std::strlen(text);
-  const std::size_t suffix_length = std::strlen(suffix);
-  if (text_length < suffix_length) return false;
-  return std::strcmp(text + text_length - suffix_length, suffix) == 0;
-}
-
-const char* AfterPrefix(const char* text, const char* prefix) {
-  const std::size_t length = std::strlen(prefix);
-  return std::strncmp(text, prefix, length) == 0 ? text + length : nullptr;
-}
-
 bool InSelectedRelease(const char* text) {
   return std::strncmp(text, HostVersion, HostVersionLength) == 0;
-}
-
-const char* ScratchConcat(const char* first, const char* second) {
-  static char scratch[kScratchSize];
-  FormatBounded(scratch, sizeof scratch, "%s%s", first, second);
-  return scratch;
 }
 
 const char* SupportedVersions() {

@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "store/entry_names.h"
+
 // The packed payload as it stands in the image. Three parallel arrays are the whole data model: an
 // entry is its name, size and data pointer at one index. All but the data table are constant.
 struct EmbeddedFileStore {
@@ -44,33 +46,21 @@ bool LoadEmbeddedFiles();
 // The first index with exactly this name, or -1. Linear, without a cache.
 int FindEntryByName(const char* name);
 
-// Whether `text` ends with `suffix`; false when it is shorter.
-bool EndsWith(const char* text, const char* suffix);
-
-// The position in `text` just after `prefix`, or null when it doesn't begin with the whole of it.
-const char* AfterPrefix(const char* text, const char* prefix);
-
 // Whether `text` begins with the selected release's name (HostVersion). No separator is compared,
 // since the question is put both ways: does this entry belong to the release, and is the release
 // the one of this literal. So no release's name may be the beginning of another's. With no release
 // selected every text qualifies.
 bool InSelectedRelease(const char* text);
 
-// Joins two texts in one shared scratch text of 4,096 bytes, cut to fit. Valid up to the next call.
-const char* ScratchConcat(const char* first, const char* second);
-
 // The supported releases, ascending, joined by ", ": at most 255 characters. A release is what
-// stands before "/WINDOWS/directory_criteria.txt" in an entry's name. Text and list are built at
-// the first call, list and texts then live until the process ends.
+// stands before kCriteriaFileEnding in an entry's name. Text and list are built at the first call,
+// list and texts then live until the process ends.
 const char* SupportedVersions();
 
-// The length of the list, at most 20, and its texts counted from 0; an index at or beyond the
-// count gives an empty text. Both build the list if need be.
+// The length of the list, at most kMostReleases, and its texts counted from 0; an index at or
+// beyond the count gives an empty text. Both build the list if need be.
 std::size_t SupportedVersionCount();
 const char* SupportedVersionAt(std::size_t index);
-
-// The ending by which a release's criteria file, and with it a supported release, is known.
-inline constexpr char kCriteriaFileEnding[] = "/WINDOWS/directory_criteria.txt";
 
 // Forgets the expanded payload (and frees it) and the list of releases, for tests that change the
 // store under the program.

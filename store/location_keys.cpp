@@ -5,10 +5,9 @@
 #include "store/embedded_file_store.h"
 #include "store/host_selection.h"
 #include "store/location_value.h"
+#include "store/payload_format.h"
 
 namespace {
-
-constexpr char kLocationsEnding[] = "/WINDOWS/locations.txt";
 
 int FindLocationsFile() {
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
@@ -16,7 +15,8 @@ int FindLocationsFile() {
     // The walk is taken for each file of an install and passes thousands of names, so most go by
     // without a call. The release isn't empty here.
     if (name[0] != HostVersion[0]) continue;
-    if (InSelectedRelease(name) && std::strcmp(name + HostVersionLength, kLocationsEnding) == 0) {
+    if (InSelectedRelease(name) &&
+        std::strcmp(name + HostVersionLength, kLocationsFileEnding) == 0) {
       return static_cast<int>(i);
     }
   }

@@ -8,12 +8,6 @@
 // Bytes of the buffer that FindLocationValue fills, terminator included.
 inline constexpr std::size_t kLocationValueSize = 256;
 
-// The keys that the program asks for; every release's file must define all of them.
-inline constexpr const char* kLocationKeys[] = {
-    "TOOL_SUBDIR",   "PLUGIN_SUBDIR",     "ARMLIB_SUBDIR",    "LIBRARY_SUBDIR",
-    "CORES_SUBDIR",  "KEYWORDS_SUBDIR",   "VERSION_SUBDIR",   "EXAMPLES_SUBDIR",
-    "BOARDS_SUBDIR", "ARDUINO_JAR_FILE1", "ARDUINO_JAR_FILE2"};
-
 // Finds `key` (not empty) in the `size` bytes of `text`, which need no terminator, and copies its
 // value, cut to 255 characters, into `value`. False, with `value` untouched, when the key is not
 // found or no double quote opens its value. The reader is as simple as the files allow: the first

@@ -3,6 +3,3 @@
 #pragma once
 
 inline constexpr char kPackageVersion[] = "1.60-beta5";
-
-// The name of the version marker in the payload, always its last entry.
-inline constexpr char kVersionMarkerName[] = "quirloduino.txt";

@@ -4,11 +4,12 @@
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Group.H>
 
+#include "store/payload_format.h"
 #include "wizard/furniture.h"
 
 void BuildFinishedPage() {
   Fl_Group* page = BeginPage();
-  AddPicture(FL_NO_BOX, 5, 65, 490, 242, LoadPicture("final.png"));
+  AddPicture(FL_NO_BOX, 5, 65, 490, 242, LoadPicture(kFinalPicture));
   AddHeader();
   AddTitle("Finished");
   AddSubtitle("All files were installed");

@@ -5,6 +5,7 @@
 #include <FL/Fl_Group.H>
 
 #include "store/embedded_file_store.h"
+#include "store/payload_format.h"
 #include "wizard/png_image.h"
 #include "wizard/text_label.h"
 #include "wizard/wizard_pages.h"
@@ -30,7 +31,7 @@ Fl_Image* LoadPicture(const char* entry_name) {
 }
 
 void LoadLogo() {
-  logo = LoadPicture("quirlo_icon.png");
+  logo = LoadPicture(kLogoPicture);
 }
 
 Fl_Box* AddPicture(Fl_Boxtype box, int x, int y, int width, int height, Fl_Image* image) {

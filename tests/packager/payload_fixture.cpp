@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "store/location_value.h"
+#include "store/payload_format.h"
 
 namespace fs = std::filesystem;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "store/location_value.h"
+#include "store/payload_format.h"
 
 namespace {
 

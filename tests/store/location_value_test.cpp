@@ -1,10 +1,11 @@
 #include "store/location_value.h"
-
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include "store/payload_format.h"
 
 namespace {
 

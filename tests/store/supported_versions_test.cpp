@@ -16,7 +16,8 @@ using testing::ElementsAreArray;
 std::vector<TestEntry> Releases(const std::vector<std::string>& names) {
   std::vector<TestEntry> entries;
   entries.reserve(names.size());
-  for (const std::string& name : names) entries.push_back({name + kCriteriaFileEnding, ""});
+  for (const std::string& name : names)
+    entries.push_back({name + "/WINDOWS/directory_criteria.txt", ""});
   return entries;
 }
 
