@@ -1,6 +1,5 @@
-// The one decision that joins the flat payload to the host's layout: what happens to each entry,
-// told from its name by an ordered list of literal tests, and done at once. Writes below the host
-// folder through engine/writers.h; shows nothing.
+// Carries out what engine/disposition_rules.h decides of each entry. Writes below the host folder
+// through engine/writers.h; shows nothing.
 #pragma once
 
 #include <cstdint>
