@@ -14,10 +14,12 @@ constexpr std::uint32_t kInfLineSize = 8192;
 constexpr std::uint32_t kPropertySize = 32768;
 constexpr std::uint32_t kReinstallFlag = 0x20;  // CONFIGFLAG_REINSTALL
 
-// Flags the device if this list of its ids holds the wanted one. `strings` has two bytes more than
-// the system is told of, always zero, so that a list without its end ends there.
+// Flags the device if this list of its ids holds the wanted one. `strings` is room for the list,
+// two bytes more than the system is told of. All of it is zero before the system writes there: a
+// list without its end ends behind what was written, and what an earlier device left is gone.
 int FlagIfListed(DeviceSet* set, DeviceInfo* device, std::uint32_t property, const char* wanted,
-                 char* strings) {
+                 char (&strings)[kPropertySize + 2]) {
+  std::memset(strings, 0, sizeof strings);
   std::uint32_t type = 0;
   if (!GetDeviceProperty(set, device, property, &type, strings, kPropertySize)) return 0;
   if (type != kTypeMultiString || multi_sz_contains(strings, wanted) == 0) return 0;
@@ -46,7 +48,7 @@ int update_devices_for_inf(const char* inf_path) {
 
 int update_devices_for_hardware_id(const char* inf_path, const char* hardware_id) {
   int count = UpdateDevices(NativeWindowHandle, hardware_id, inf_path) ? 1 : 0;
-  char strings[kPropertySize + 2] = {};
+  char strings[kPropertySize + 2];
   DeviceSet* set = OpenDeviceSet();  // an invalid one ends the walk before it begins
   DeviceInfo device = {};
   for (std::uint32_t index = 0;; ++index) {

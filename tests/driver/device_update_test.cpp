@@ -133,6 +133,40 @@ TEST_F(DeviceUpdate, ListOfAnEarlierDeviceDoesNotSpeakForOneWithout) {
   EXPECT_EQ(Machine.devices[1].config_flags(), 0U);
 }
 
+TEST_F(DeviceUpdate, ListOfNoBytesIsNotTheListOfTheDeviceBefore) {
+  Machine.devices = {Device(false, {kHardwareId}), Device(false, {"other"})};
+  Machine.devices[1].properties[kHardwareIdProperty].bytes.clear();
+  EXPECT_EQ(UpdateId(), 1);
+  EXPECT_EQ(Machine.devices[1].config_flags(), 0U);
+}
+
+TEST_F(DeviceUpdate, CompatibleIdsOfNoBytesAreNotTheHardwareIds) {
+  Machine.devices = {Device(false, {kHardwareId}, {"other"})};
+  Machine.devices[0].properties[kCompatibleIdsProperty].bytes.clear();
+  EXPECT_EQ(UpdateId(), 1);
+}
+
+TEST_F(DeviceUpdate, ListWithoutItsEndDoesNotGoOnWithTheListOfTheDeviceBefore) {
+  Machine.devices = {Device(false, {"1234", kHardwareId}), Device(false, {"other"})};
+  Machine.devices[1].properties[kHardwareIdProperty].bytes = "5678";  // no terminator at all
+  EXPECT_EQ(UpdateId(), 1);
+  EXPECT_EQ(Machine.devices[1].config_flags(), 0U);
+}
+
+TEST_F(DeviceUpdate, IdThatFillsAListWithoutItsEndIsFound) {
+  Machine.devices = {Device(false, {std::string(100, 'x')}), Device(false, {"other"})};
+  Machine.devices[1].properties[kHardwareIdProperty].bytes = kHardwareId;
+  EXPECT_EQ(UpdateId(), 1);
+  EXPECT_EQ(Machine.devices[1].config_flags(), kReinstall);
+}
+
+TEST_F(DeviceUpdate, EmptyListOfIdsHoldsNone) {
+  Machine.devices = {Device(false, {kHardwareId}), Device(false, {"other"})};
+  Machine.devices[1].properties[kHardwareIdProperty] = MultiStringValue({});
+  EXPECT_EQ(UpdateId(), 1);
+  EXPECT_EQ(Machine.devices[1].config_flags(), 0U);
+}
+
 TEST_F(DeviceUpdate, WindowlessProgramPassesNoParent) {
   NativeWindowHandle = nullptr;
   UpdateId();
