@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "driver/driver_platform.h"
+#include "platform/windows_library.h"
 #include "platform/windows_text.h"
 
 // The system's records and ours are copied into one another bit by bit.
@@ -49,27 +50,10 @@ BOOL WithSystemForm(Ours* ours, Operation operation) {
 
 using UpdateDriverFunction = BOOL(WINAPI*)(HWND, LPCSTR, LPCSTR, DWORD, PBOOL);
 
-// The library from the system's own folder and from nowhere else: it is not among those that the
-// system protects from a file of the same name beside the executable, so it is neither linked nor
-// loaded by its bare name alone.
-HMODULE LoadSystemLibrary(const char* name) {
-  HMODULE library = LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (library != nullptr) return library;
-  // A system without the update that brought this flag (Windows XP, and 7 as first released, the
-  // ones that need a driver most) refuses it; there the whole path does the same.
-  char path[MAX_PATH];
-  const UINT length = GetSystemDirectoryA(path, sizeof path);
-  const std::size_t name_length = std::strlen(name);
-  if (length == 0 || length + 1 + name_length >= sizeof path) return nullptr;
-  path[length] = '\\';
-  std::memcpy(path + length + 1, name, name_length + 1);
-  return LoadLibraryExA(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-}
-
 // Looked up at the first use and kept for the life of the process; null when it isn't to be had.
 UpdateDriverFunction FindUpdateDriver() {
   static const UpdateDriverFunction function = [] {
-    HMODULE library = LoadSystemLibrary("newdev.dll");
+    HMODULE library = LoadSystemLibrary(L"newdev.dll");
     if (library == nullptr) return UpdateDriverFunction{nullptr};
     return reinterpret_cast<UpdateDriverFunction>(
         reinterpret_cast<void*>(GetProcAddress(library, "UpdateDriverForPlugAndPlayDevicesA")));

@@ -9,6 +9,7 @@
 #include "tests/driver/sample_infs.h"
 #include "tests/support/run_program.h"
 #include "tests/support/temp_dir.h"
+#include "tests/windows/planted_libraries.h"
 #include "tests/windows/run_in_wine.h"
 #include "tests/windows/wine_window.h"
 #include "tests/windows/without_utf8.h"
@@ -111,6 +112,32 @@ TEST_F(DriverPage, NextInstallsAndUpdateServesTheDevices) {
   wizard.Click(kCancel);
   EXPECT_EQ(wizard.End(), 0);
   EXPECT_EQ(SearchOrder(), "0x2");
+}
+
+TEST_F(DriverPage, InstallsAndUpdatesWithoutALibraryFromBesideTheProgramOrTheCurrentFolder) {
+  const TempDir dir;
+  const TempDir current;
+  fs::copy(INSTALLER, dir / "quirloduino.exe");
+  PlantLibraries(dir.path());
+  PlantLibraries(current.path());
+  WineOverrides = PreferPlantedLibraries();
+  {
+    WineWindow wizard(dir / "quirloduino.exe", {}, "Quirloduino .* Installer", current.path());
+    GoToDriverPage(&wizard);
+    ASSERT_TRUE(wizard.IsActive(kSkipDriver));
+    wizard.Click(kNext);
+    wizard.WaitUntilActive(kHelp);
+    EXPECT_TRUE(fs::exists(inf_ + "cdcacm.inf"));
+    WriteFile(temp_ + "cdcacm.inf", ReadFile(SAMPLE "/cdcacm.inf"));  // as where the system left it
+    wizard.Click(kBack);
+    wizard.WaitUntilActive(kUpdateDriver);
+    wizard.ClickAndWait(kUpdateDriver);
+    wizard.Keep("driver-updated-beside-planted-libraries");
+    wizard.Click(kCancel);
+    EXPECT_EQ(wizard.End(), 0);
+  }
+  EXPECT_EQ(LoadedPlantedLibraries(dir.path()), "");
+  EXPECT_EQ(LoadedPlantedLibraries(current.path()), "");
 }
 
 TEST_F(DriverPage, OrdinaryUserCanOnlySkip) {

@@ -2,8 +2,15 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-// Puts one into `folder` for each name that Windows does not protect.
+// The names: libraries that Windows does not protect.
+const std::vector<std::string>& PlantedLibraries();
+
+// Whether the system or FLTK asks for it only when it is needed, if ever.
+bool IsLoadedLate(const std::string& name);
+
+// Puts one into `folder` for each name.
 void PlantLibraries(const std::string& folder);
 
 // For WineOverrides: Wine would prefer its own libraries, Windows takes the files that it finds.

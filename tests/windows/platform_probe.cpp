@@ -3,20 +3,37 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+// The system's own form of texts.
+#include <winternl.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <string>
 
 #include "platform/files.h"
-#include "platform/library_search.h"
-#include "platform/program_arguments.h"
+#include "platform/process.h"
 #include "platform/special_folders.h"
 #include "platform/windows_text.h"
 
+extern "C" NTSTATUS NTAPI LdrGetProcedureAddress(HMODULE, const ANSI_STRING*, ULONG, void**);
+
 namespace {
+
+bool rule_is_known = true;  // that of newer systems about where libraries are searched for
+
+// GetProcAddress as a system has it that may be older than that rule.
+FARPROC WINAPI FindProcedure(HMODULE library, LPCSTR name) {
+  if (!rule_is_known && std::strcmp(name, "SetDefaultDllDirectories") == 0) return nullptr;
+  ANSI_STRING text = {static_cast<USHORT>(std::strlen(name)),
+                      static_cast<USHORT>(std::strlen(name)), const_cast<char*>(name)};
+  void* address = nullptr;
+  return LdrGetProcedureAddress(library, &text, 0, &address) == 0
+             ? reinterpret_cast<FARPROC>(address)
+             : nullptr;
+}
 
 std::string Outcome(bool done) {
   return done ? "yes" : std::string("no, ") + (errno == EACCES ? "EACCES" : "another reason");
@@ -67,6 +84,23 @@ std::string Load(const char* library) {
   return path;
 }
 
+}  // namespace
+
+// What a source imports under a name is what the pointer of that name with __imp_ before it leads
+// to, and this one stands before the linker looks for the system's own.
+extern "C" const decltype(&GetProcAddress) imported_find_procedure __asm__(
+    "__imp__GetProcAddress@8");
+extern "C" const decltype(&GetProcAddress) imported_find_procedure = FindProcedure;
+
+namespace {
+
+// The process is prepared, where it is to be, as early as the program does it.
+[[gnu::constructor(101)]] void PrepareBeforeTheRuntime() {
+  const wchar_t* arguments = GetCommandLineW();
+  rule_is_known = std::wcsstr(arguments, L"prepared-without-the-rule") == nullptr;
+  if (std::wcsstr(arguments, L"prepared") != nullptr) PrepareProcess();
+}
+
 std::string Do(const std::string& operation, const char* path) {
   if (operation == "exists") return DirectoryExists(path) ? "yes" : "no";
   if (operation == "read") return Open(path, "r");
@@ -81,10 +115,7 @@ std::string Do(const std::string& operation, const char* path) {
   if (operation == "code-page") return std::to_string(GetACP());
   if (operation == "write-in-code-page") return WriteInCodePage(path);
   if (operation == "load") return Load(path);
-  if (operation == "restrict-and-load") {
-    RestrictLibrarySearch();
-    return Load(path);
-  }
+  if (operation.rfind("prepared", 0) == 0) return "";  // the first initialiser has
   return "no such operation";
 }
 

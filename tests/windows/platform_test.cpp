@@ -8,6 +8,7 @@
 
 #include "tests/support/run_program.h"
 #include "tests/support/temp_dir.h"
+#include "tests/windows/planted_libraries.h"
 #include "tests/windows/run_in_wine.h"
 #include "tests/windows/without_utf8.h"
 
@@ -147,16 +148,55 @@ TEST(WindowsFolders, AreThoseOfTheUser) {
   EXPECT_EQ(folders[3], "C:\\Program Files");
 }
 
-TEST(LibrarySearch, PlantedLibraryIsLoadedOnlyWithoutTheRestriction) {
-  const TempDir dir;
-  fs::copy(PLATFORM_PROBE, dir / "probe.exe");
-  fs::copy(RECORDING_LIBRARY, dir / "msimg32.dll");
-  WineOverrides = "msimg32=n,b";  // Wine would prefer its own, Windows takes the file that it finds
-  Probe({"restrict-and-load", "msimg32.dll"}, dir / "probe.exe");
-  EXPECT_FALSE(fs::exists(dir / "msimg32.dll.loaded"));
-  Probe({"load", "msimg32.dll"}, dir / "probe.exe");
+// Asks for each library by its bare name, by a copy of the probe in `folder`.
+void LoadAll(const std::string& folder, const std::string& preparation,
+             const std::vector<std::string>& names) {
+  fs::copy(PLATFORM_PROBE, folder + "/probe.exe", fs::copy_options::skip_existing);
+  std::vector<std::string> arguments = {preparation, ""};
+  for (const std::string& name : names) arguments.insert(arguments.end(), {"load", name});
+  WineOverrides = PreferPlantedLibraries();
+  Probe(arguments, folder + "/probe.exe");
   WineOverrides.clear();
-  EXPECT_TRUE(fs::exists(dir / "msimg32.dll.loaded")) << "the planted library records nothing";
+}
+
+TEST(LibrarySearch, PlantedLibraryIsLoadedOnlyWithoutThePreparation) {
+  const TempDir dir;
+  fs::copy(RECORDING_LIBRARY, dir / "msimg32.dll");
+  LoadAll(dir.path(), "none", {"msimg32.dll"});
+  EXPECT_EQ(LoadedPlantedLibraries(dir.path()), "msimg32.dll ") << "nothing is recorded";
+  const TempDir other;
+  PlantLibraries(other.path());
+  LoadAll(other.path(), "prepared", PlantedLibraries());
+  EXPECT_EQ(LoadedPlantedLibraries(other.path()), "");
+}
+
+// There the program's folder stays in the search, so all depends on what is loaded by then. Wine
+// hasn't all that Windows has.
+TEST(LibrarySearch, OlderWindowsHasTheLateLibrariesBeforeAnyPlantedOneIsFound) {
+  const TempDir dir;
+  std::vector<std::string> names;
+  for (const std::string& name : PlantedLibraries()) {
+    if (!fs::exists(WinePrefix() + "/drive_c/windows/system32/" + name)) continue;
+    if (IsLoadedLate(name)) names.push_back(name);
+  }
+  EXPECT_GT(names.size(), 8U);
+  PlantLibraries(dir.path());
+  LoadAll(dir.path(), "prepared-without-the-rule", names);
+  EXPECT_EQ(LoadedPlantedLibraries(dir.path()), "");
+}
+
+TEST(LibrarySearch, OlderWindowsLeavesTheCurrentFolderOut) {
+  const TempDir current;
+  fs::copy(RECORDING_LIBRARY, current / "elsewhere.dll");
+  ProgramOptions there;
+  there.directory = current.path();
+  const auto load = [&](const char* preparation) {
+    return Split(
+               RunProgram(PLATFORM_PROBE, {preparation, "", "load", "elsewhere.dll"}, there).output)
+        .back();
+  };
+  EXPECT_NE(load("none"), "not loaded");
+  EXPECT_EQ(load("prepared-without-the-rule"), "not loaded");
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ void WineWindow::WaitFor(const char* what, Condition condition) {
 }
 
 WineWindow::WineWindow(const std::string& program, const std::vector<std::string>& arguments,
-                       const std::string& title) {
+                       const std::string& title, const std::string& folder) {
   std::vector<std::string> words = {WINE_LAUNCHER, "--prefix", WinePrefix()};
   if (!WineOverrides.empty()) words.insert(words.end(), {"--override", WineOverrides});
   words.push_back(program);
@@ -68,7 +68,7 @@ WineWindow::WineWindow(const std::string& program, const std::vector<std::string
   process_ = fork();
   if (process_ < 0) throw std::runtime_error("fork failed");
   if (process_ == 0) {
-    execv(WINE_LAUNCHER, pointers.data());
+    if (chdir(folder.c_str()) == 0) execv(WINE_LAUNCHER, pointers.data());
     _exit(127);
   }
   TurnTo(title);

@@ -22,9 +22,11 @@ inline constexpr Spot kPathChoice = {459, 90};
 
 class WineWindow {
  public:
-  // Starts `program` in the Wine prefix of the tests and waits for its window.
+  // Starts `program` in the Wine prefix of the tests, in `folder` or else the current one, and
+  // waits for its window.
   explicit WineWindow(const std::string& program, const std::vector<std::string>& arguments = {},
-                      const std::string& title = "Quirloduino .* Installer");
+                      const std::string& title = "Quirloduino .* Installer",
+                      const std::string& folder = ".");
   // Ends a program that still runs.
   ~WineWindow();
   WineWindow(const WineWindow&) = delete;

@@ -1,3 +1,0 @@
-#include "platform/library_search.h"
-
-void RestrictLibrarySearch() {}

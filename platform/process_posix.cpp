@@ -1,0 +1,5 @@
+#include "platform/process.h"
+
+void PrepareProcess() {}
+
+void ProgramArguments(int*, char***) {}

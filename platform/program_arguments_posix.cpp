@@ -1,3 +1,0 @@
-#include "platform/program_arguments.h"
-
-void ProgramArguments(int*, char***) {}
