@@ -60,6 +60,8 @@ char* Utf8Copy(const wchar_t* wide) {
 }  // namespace
 
 void PrepareProcess() {
+  // Beside what the process was started with. The first of all, since libraries are files too.
+  SetErrorMode(SetErrorMode(SEM_FAILCRITICALERRORS) | SEM_FAILCRITICALERRORS);
   RestrictLibrarySearch();
   for (const wchar_t* name : kLateLibraries) LoadSystemLibrary(name);
 }

@@ -116,6 +116,11 @@ std::string Do(const std::string& operation, const char* path) {
   if (operation == "write-in-code-page") return WriteInCodePage(path);
   if (operation == "load") return Load(path);
   if (operation.rfind("prepared", 0) == 0) return "";  // the first initialiser has
+  if (operation == "error-mode") {
+    SetErrorMode(static_cast<UINT>(std::atoi(path)));
+    PrepareProcess();
+    return std::to_string(SetErrorMode(0));
+  }
   return "no such operation";
 }
 

@@ -199,4 +199,8 @@ TEST(LibrarySearch, OlderWindowsLeavesTheCurrentFolderOut) {
   EXPECT_EQ(load("prepared-without-the-rule"), "not loaded");
 }
 
+TEST(ErrorMode, NoQuestionsAreAskedAndWhatTheProcessWasStartedWithStays) {
+  EXPECT_EQ(Probe({"error-mode", "0", "error-mode", "2"}), (Lines{"1", "3"}));
+}
+
 }  // namespace

@@ -1,4 +1,4 @@
-// Stands in for newdev.dll: notes the call and serves no device.
+// Stands in for newdev.dll: notes its loading and the call, and serves no device.
 #include "tests/windows/recording_calls.h"
 
 extern "C" __declspec(dllexport) BOOL WINAPI
@@ -7,4 +7,9 @@ extern "C" __declspec(dllexport) BOOL WINAPI
   Note("update parent %s, id %s, inf %s, flags %lu, reboot %s", Given(parent), hardware_id,
        inf_path, flags, Given(reboot));
   return FALSE;
+}
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) Note("newdev loaded in error mode %u", GetErrorMode());
+  return TRUE;
 }
