@@ -122,5 +122,6 @@ std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size);
 // The code of the failure just now; to be asked for on the line after the failing call.
 std::uint32_t LastSystemError();
 
-// The system's words for a code. `text` stays as it is when there are none.
+// The system's words for a code, cut between two characters where their UTF-8 doesn't fit. `text`
+// stays as it is when there are none, and when they don't fit in the system's code page.
 void GetSystemMessage(std::uint32_t code, char* text, std::uint32_t size);

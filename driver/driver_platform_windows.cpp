@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "driver/driver_platform.h"
+#include "platform/text.h"
 #include "platform/windows_library.h"
 #include "platform/windows_text.h"
 
@@ -39,6 +40,17 @@ namespace {
 constexpr std::size_t kBytesOfAUnit = 3;  // of UTF-8, for one unit of UTF-16, at most
 constexpr std::size_t kLongestMessage = 800;
 
+bool GiveText(const char* answer, char* text, std::size_t size) {
+  return Utf8FromCodePage(answer, std::strlen(answer) + 1, text, size);
+}
+
+// Gives a text of any length, cut between two characters where it is too long.
+template <std::size_t kSize>
+void GiveCutText(const char (&answer)[kSize], char* text, std::size_t size) {
+  char whole[kBytesOfAUnit * kSize];  // a byte of a code page is one unit at most
+  if (GiveText(answer, whole, sizeof whole)) CopyWholeCharacters(text, size, whole);
+}
+
 // Calls `operation` with the system's form of `ours`, which may be changed by it.
 template <typename System, typename Ours, typename Operation>
 BOOL WithSystemForm(Ours* ours, Operation operation) {
@@ -67,7 +79,7 @@ UpdateDriverFunction FindUpdateDriver() {
 
 InfFile* OpenInfFile(const char* name) {
   char path[kWidePathSize];
-  if (!CodePageFromUtf8(name, path, sizeof path)) return nullptr;
+  if (!CodePagePathFromUtf8(name, path, sizeof path)) return nullptr;
   HINF file = SetupOpenInfFileA(path, nullptr, INF_STYLE_WIN4, nullptr);
   return file == INVALID_HANDLE_VALUE ? nullptr : static_cast<InfFile*>(file);
 }
@@ -108,7 +120,7 @@ bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_si
 
 bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
   char source[kWidePathSize];
-  if (!CodePageFromUtf8(path, source, sizeof source)) {
+  if (!CodePagePathFromUtf8(path, source, sizeof source)) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     return false;
   }
@@ -121,7 +133,7 @@ bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
 bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf_path) {
   const UpdateDriverFunction update = FindUpdateDriver();
   char path[kWidePathSize];
-  if (update == nullptr || !CodePageFromUtf8(inf_path, path, sizeof path)) return false;
+  if (update == nullptr || !CodePagePathFromUtf8(inf_path, path, sizeof path)) return false;
   return update(static_cast<HWND>(parent_window), hardware_id, path, 0, nullptr) != FALSE;
 }
 
@@ -220,6 +232,6 @@ void GetSystemMessage(std::uint32_t code, char* text, std::uint32_t size) {
   char words[kLongestMessage];
   if (FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0, words,
                      std::min<std::uint32_t>(size, sizeof words), nullptr) != 0) {
-    Utf8FromCodePage(words, text, size);
+    GiveCutText(words, text, size);
   }
 }

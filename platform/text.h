@@ -14,3 +14,7 @@ std::size_t FormatBounded(char* buffer, std::size_t size, const char* format, ..
 // The same, with the arguments already collected.
 std::size_t FormatBoundedV(char* buffer, std::size_t size, const char* format,
                            std::va_list arguments) __attribute__((format(printf, 3, 0)));
+
+// Copies a text of UTF-8, cut where it doesn't fit into `size` bytes (at least 1, terminator
+// included): between two characters, never inside one.
+void CopyWholeCharacters(char* buffer, std::size_t size, const char* text);

@@ -19,9 +19,17 @@ bool WideFromUtf8(const char* text, wchar_t* wide, std::size_t size);
 // UTF-16 to UTF-8. Half a surrogate pair, which a file name may hold, comes out as U+FFFD.
 bool Utf8FromWide(const wchar_t* wide, char* text, std::size_t size);
 
-// For a call that wants the code page. A path with a character that the code page lacks is given by
-// its short name, which the system makes of plain letters, if the file exists and has one.
-bool CodePageFromUtf8(const char* path, char* text, std::size_t size);
+// For a call that wants the code page. A character that the code page lacks has no equivalent.
+bool CodePageFromUtf8(const char* text, char* narrow, std::size_t size);
 
-// What such a call has answered.
-bool Utf8FromCodePage(const char* text, char* utf8, std::size_t size);
+// The same for a path, which has one more way: where the code page lacks a character, the short
+// name, which the system makes of plain letters, if the file exists and has one.
+bool CodePagePathFromUtf8(const char* path, char* narrow, std::size_t size);
+
+// What such a call has answered: `length` bytes, all terminators included, so that a list of texts
+// is converted in one go. What is no text of the code page comes out as the system's replacement.
+// Where it doesn't fit nothing is written. False also when memory runs out.
+bool Utf8FromCodePage(const char* text, std::size_t length, char* utf8, std::size_t size);
+
+// How many bytes of UTF-8 a byte of the code page becomes at most.
+std::size_t Utf8BytesOfAByte();

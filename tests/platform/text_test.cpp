@@ -46,4 +46,33 @@ TEST(FormatBounded, FailedConversionGivesEmptyText) {
   EXPECT_STREQ(buffer, "");
 }
 
+std::string Cut(const std::string& text, std::size_t size) {
+  std::string buffer(size + 1, '#');
+  CopyWholeCharacters(buffer.data(), size, text.c_str());
+  EXPECT_EQ(buffer[size], '#') << "a byte beyond the given size was touched";
+  return buffer.c_str();
+}
+
+TEST(CopyWholeCharacters, TextThatFitsIsWhole) {
+  EXPECT_EQ(Cut("", 1), "");
+  EXPECT_EQ(Cut("abc", 4), "abc");
+  EXPECT_EQ(Cut("\xD0\x9C\xE3\x83\xA6", 6), "\xD0\x9C\xE3\x83\xA6");
+}
+
+TEST(CopyWholeCharacters, LongerTextIsCutBeforeTheCharacterThatDoesNotFit) {
+  const std::string two = "a\xD0\x9C";
+  EXPECT_EQ(Cut(two, 3), "a");
+  const std::string three = "a\xE3\x83\xA6";
+  EXPECT_EQ(Cut(three, 4), "a");
+  EXPECT_EQ(Cut(three, 3), "a");
+  const std::string four = "a\xF0\x9F\x99\x82z";
+  EXPECT_EQ(Cut(four, 5), "a");
+  EXPECT_EQ(Cut(four, 6), four.substr(0, 5));
+}
+
+TEST(CopyWholeCharacters, FirstCharacterThatDoesNotFitLeavesNothing) {
+  EXPECT_EQ(Cut("\xD0\x9C", 2), "");
+  EXPECT_EQ(Cut("abc", 1), "");
+}
+
 }  // namespace

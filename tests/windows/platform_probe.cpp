@@ -69,12 +69,12 @@ std::string Special(const char* number) {
 // What the file holds after the system's narrow call was given the converted path and wrote there.
 std::string WriteInCodePage(const char* path) {
   char text[MAX_PATH];
-  if (!CodePageFromUtf8(path, text, sizeof text)) return "no equivalent";
+  if (!CodePagePathFromUtf8(path, text, sizeof text)) return "no equivalent";
   HANDLE file = CreateFileA(text, GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return "not opened";
   CloseHandle(file);
   char back[MAX_PATH];
-  return Utf8FromCodePage(text, back, sizeof back) ? back : "no way back";
+  return Utf8FromCodePage(text, std::strlen(text) + 1, back, sizeof back) ? back : "no way back";
 }
 
 std::string Load(const char* library) {
