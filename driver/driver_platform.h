@@ -37,17 +37,19 @@ bool FindNextInfLine(InfContext* context);
 
 // The value of the line, or of the first line of `section` with this key: without its key, comments
 // and surrounding blanks, strings substituted, quotes taken off and the fields joined by commas.
-// False also when it doesn't fit.
+// False also when it doesn't fit, in the system's code page or in UTF-8.
 bool GetInfLineText(InfContext* context, char* buffer, std::uint32_t size);
 bool GetInfKeyText(InfFile* file, const char* section, const char* key, char* buffer,
                    std::uint32_t size);
 
 // The bare names of all files in the system's INF folder, each with its terminator, behind them an
-// empty name. With no buffer and size 0 only the size is asked for; `required_size` may be null.
+// empty name. With no buffer and size 0 only a size is asked for in which they find room;
+// `required_size` may be null.
 bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_size);
 
 // Puts the INF file into the system's INF folder under a name of the system's choice, which
-// `installed_name` receives. The system is allowed to delete the source, and then has.
+// `installed_name` receives, cut between two characters where it doesn't fit. The system is allowed
+// to delete the source, and then has.
 bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size);
 
 // ---- Devices ----------------------------------------------------------------------------------
@@ -82,6 +84,8 @@ inline constexpr std::uint32_t kConfigFlagsProperty = 10;   // SPDRP_CONFIGFLAGS
 inline constexpr std::uint32_t kTypeDword = 4;              // REG_DWORD
 inline constexpr std::uint32_t kTypeMultiString = 7;        // REG_MULTI_SZ
 
+// A list of texts (kTypeMultiString) may come without its end where the device has it so, and then
+// fills no more of the buffer than it has; what stands behind a value is of no meaning.
 bool GetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t property,
                        std::uint32_t* type, void* buffer, std::uint32_t size);
 bool SetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t property,

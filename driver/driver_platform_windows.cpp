@@ -8,6 +8,8 @@
 #include <bit>
 #include <cstddef>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "driver/driver_platform.h"
 #include "platform/text.h"
@@ -39,6 +41,14 @@ namespace {
 
 constexpr std::size_t kBytesOfAUnit = 3;  // of UTF-8, for one unit of UTF-16, at most
 constexpr std::size_t kLongestMessage = 800;
+constexpr std::size_t kLongestInfName = 260;
+
+// Room for what a narrow call answers before it is converted, and two zeros behind it, so that a
+// text or list without its end ends there. Null when memory runs out.
+using Answer = std::unique_ptr<char[]>;
+Answer NewAnswer(std::size_t size) {
+  return Answer(new (std::nothrow) char[size + 2]());
+}
 
 bool GiveText(const char* answer, char* text, std::size_t size) {
   return Utf8FromCodePage(answer, std::strlen(answer) + 1, text, size);
@@ -49,6 +59,15 @@ template <std::size_t kSize>
 void GiveCutText(const char (&answer)[kSize], char* text, std::size_t size) {
   char whole[kBytesOfAUnit * kSize];  // a byte of a code page is one unit at most
   if (GiveText(answer, whole, sizeof whole)) CopyWholeCharacters(text, size, whole);
+}
+
+// A list of texts, each with its terminator, that ends with an empty one. Its end is left out where
+// it finds no room, as in an answer that had none.
+bool GiveList(const char* answer, std::size_t answer_size, char* list, std::size_t size) {
+  const char* end = answer;
+  while (*end != '\0') end += std::strlen(end) + 1;
+  const std::size_t length = static_cast<std::size_t>(end - answer) + 1;
+  return Utf8FromCodePage(answer, std::min(length, answer_size), list, size);
 }
 
 // Calls `operation` with the system's form of `ours`, which may be changed by it.
@@ -101,21 +120,35 @@ bool FindNextInfLine(InfContext* context) {
 }
 
 bool GetInfLineText(InfContext* context, char* buffer, std::uint32_t size) {
-  return WithSystemForm<INFCONTEXT>(context, [&](INFCONTEXT* line) {
-           return SetupGetLineTextA(line, nullptr, nullptr, nullptr, buffer, size, nullptr);
-         }) != FALSE;
+  const Answer answer = NewAnswer(size);
+  return answer != nullptr &&
+         WithSystemForm<INFCONTEXT>(context,
+                                    [&](INFCONTEXT* line) {
+                                      return SetupGetLineTextA(line, nullptr, nullptr, nullptr,
+                                                               answer.get(), size, nullptr);
+                                    }) != FALSE &&
+         GiveText(answer.get(), buffer, size);
 }
 
 bool GetInfKeyText(InfFile* file, const char* section, const char* key, char* buffer,
                    std::uint32_t size) {
-  return SetupGetLineTextA(nullptr, file, section, key, buffer, size, nullptr) != FALSE;
+  const Answer answer = NewAnswer(size);
+  return answer != nullptr &&
+         SetupGetLineTextA(nullptr, file, section, key, answer.get(), size, nullptr) != FALSE &&
+         GiveText(answer.get(), buffer, size);
 }
 
 bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_size) {
+  const auto growth = static_cast<std::uint32_t>(Utf8BytesOfAByte());
+  const Answer answer = NewAnswer(size / growth);
   DWORD required = 0;
-  if (!SetupGetInfFileListA(nullptr, INF_STYLE_WIN4, buffer, size, &required)) return false;
-  if (required_size != nullptr) *required_size = required;
-  return true;
+  if (answer == nullptr ||
+      !SetupGetInfFileListA(nullptr, INF_STYLE_WIN4, buffer == nullptr ? nullptr : answer.get(),
+                            size / growth, &required)) {
+    return false;
+  }
+  if (required_size != nullptr) *required_size = required * growth;
+  return buffer == nullptr || GiveList(answer.get(), size / growth, buffer, size);
 }
 
 bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
@@ -124,8 +157,13 @@ bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     return false;
   }
-  return SetupCopyOEMInfA(source, nullptr, SPOST_NONE, SP_COPY_DELETESOURCE, installed_name, size,
-                          nullptr, nullptr) != FALSE;
+  char name[kLongestInfName] = "";
+  if (SetupCopyOEMInfA(source, nullptr, SPOST_NONE, SP_COPY_DELETESOURCE, name,
+                       std::min<std::uint32_t>(size, sizeof name), nullptr, nullptr) == FALSE) {
+    return false;  // nothing stands between here and the question for the system's code
+  }
+  GiveCutText(name, installed_name, size);
+  return true;
 }
 
 // ---- Devices ----------------------------------------------------------------------------------
@@ -133,8 +171,13 @@ bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
 bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf_path) {
   const UpdateDriverFunction update = FindUpdateDriver();
   char path[kWidePathSize];
-  if (update == nullptr || !CodePagePathFromUtf8(inf_path, path, sizeof path)) return false;
-  return update(static_cast<HWND>(parent_window), hardware_id, path, 0, nullptr) != FALSE;
+  const std::size_t id_size = std::strlen(hardware_id) + 1;  // in a code page never longer
+  const Answer id = NewAnswer(id_size);
+  if (update == nullptr || id == nullptr || !CodePageFromUtf8(hardware_id, id.get(), id_size) ||
+      !CodePagePathFromUtf8(inf_path, path, sizeof path)) {
+    return false;
+  }
+  return update(static_cast<HWND>(parent_window), id.get(), path, 0, nullptr) != FALSE;
 }
 
 // An invalid set (INVALID_HANDLE_VALUE, not null) goes through as it is: the calls below take it
@@ -151,12 +194,20 @@ bool EnumerateDevice(DeviceSet* set, std::uint32_t index, DeviceInfo* device) {
 
 bool GetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t property,
                        std::uint32_t* type, void* buffer, std::uint32_t size) {
+  const Answer answer = NewAnswer(size);
   DWORD found_type = 0;
-  const BOOL result = WithSystemForm<SP_DEVINFO_DATA>(device, [&](SP_DEVINFO_DATA* data) {
-    return SetupDiGetDeviceRegistryPropertyA(set, data, property, &found_type,
-                                             static_cast<BYTE*>(buffer), size, nullptr);
-  });
-  if (result == FALSE) return false;
+  if (answer == nullptr || WithSystemForm<SP_DEVINFO_DATA>(device, [&](SP_DEVINFO_DATA* data) {
+                             return SetupDiGetDeviceRegistryPropertyA(
+                                 set, data, property, &found_type,
+                                 reinterpret_cast<BYTE*>(answer.get()), size, nullptr);
+                           }) == FALSE) {
+    return false;
+  }
+  if (found_type == REG_MULTI_SZ) {
+    if (!GiveList(answer.get(), size, static_cast<char*>(buffer), size)) return false;
+  } else {
+    std::memcpy(buffer, answer.get(), size);  // the length isn't asked for; zeros stand behind it
+  }
   *type = found_type;
   return true;
 }

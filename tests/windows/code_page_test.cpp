@@ -41,4 +41,54 @@ TEST(CodePageMessage, OneThatDoesNotFitInTheCodePageIsNone) {
   EXPECT_EQ(Asked("message", 1251, Repeated(kRussian, 800)), "");
 }
 
+class CodePageLine : public testing::TestWithParam<const char*> {};
+
+TEST_P(CodePageLine, IsGivenInUtf8) {
+  EXPECT_EQ(Asked(GetParam(), 1252, "gr\xC3\xBCn"), "gr\xC3\xBCn");
+  EXPECT_EQ(Asked(GetParam(), 1251, kRussian), kRussian);
+  EXPECT_EQ(Asked(GetParam(), 65001, kRussian), kRussian);
+}
+
+TEST_P(CodePageLine, FitsInBothFormsOrIsNotRead) {
+  const std::string fits = "a" + Repeated(kRussian, 255);
+  EXPECT_EQ(Asked(GetParam(), 1251, fits), fits);
+  EXPECT_EQ(Asked(GetParam(), 1251, fits + "b"), "not read");
+  EXPECT_EQ(Asked(GetParam(), 65001, std::string(511, 'a')), std::string(511, 'a'));
+  EXPECT_EQ(Asked(GetParam(), 65001, std::string(512, 'a')), "not read");
+}
+
+INSTANTIATE_TEST_SUITE_P(By, CodePageLine, testing::Values("line", "key"),
+                         [](const auto& test) { return std::string(test.param); });
+
+TEST(CodePageInfFiles, AreListedInUtf8) {
+  EXPECT_EQ(Asked("list", 1252, "gr\xC3\xBCnoem.inf|oem1.inf|"), "gr\xC3\xBCnoem.inf|oem1.inf|");
+  const std::string longest =
+      Repeated(kJapanese, 100) + "oem.inf|" + Repeated(kJapanese, 100) + "|";
+  EXPECT_EQ(Asked("list", 932, longest), longest);
+  EXPECT_EQ(Asked("list", 65001, "gr\xC3\xBCnoem.inf|"), "gr\xC3\xBCnoem.inf|");
+  EXPECT_EQ(Asked("list", 1251, ""), "");
+}
+
+TEST(CodePageInfFiles, AreOpenedAndCopiedByTheirBytesInTheCodePage) {
+  EXPECT_EQ(Asked("open", 1252, "gr\xC3\xBCn.inf"), "opened 67 72 FC 6E 2E 69 6E 66\nopened");
+  EXPECT_EQ(Asked("open", 65001, "gr\xC3\xBC"), "opened 67 72 C3 BC\nopened");
+  EXPECT_EQ(Asked("copy", 1251, kRussian + "oem1.inf"),
+            "copied E6 6F 65 6D 31 2E 69 6E 66\n" + kRussian + "oem1.inf");
+}
+
+TEST(CodePageInfFiles, InstalledNameThatGrowsIsCutBetweenCharacters) {
+  const std::string answer = Asked("copy", 1251, "a" + Repeated(kRussian, 258));
+  EXPECT_EQ(answer.substr(answer.find('\n') + 1), "a" + Repeated(kRussian, 129));
+}
+
+TEST(CodePageIds, AreGivenInUtf8) {
+  EXPECT_EQ(Asked("ids", 1251, "USB\\A|" + kRussian + "|"), "USB\\A|" + kRussian + "|");
+  EXPECT_EQ(Asked("ids", 65001, "USB\\A|USB\\B|"), "USB\\A|USB\\B|");
+}
+
+TEST(CodePageIds, ListWithoutItsEndOrOfNoBytesIsGivenAsFarAsItGoes) {
+  EXPECT_EQ(Asked("ids", 1251, "USB\\A|USB\\B-"), "USB\\A|USB\\B|");
+  EXPECT_EQ(Asked("ids", 1251, ""), "");
+}
+
 }  // namespace
