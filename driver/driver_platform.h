@@ -120,7 +120,7 @@ void CloseRegistryKey(RegistryKey* key);
 // ---- The rest ---------------------------------------------------------------------------------
 
 // The temporary folder with its ending separator. Returns its length, without terminator, and 0 on
-// failure; a folder that doesn't fit gives the size that it needs and leaves `path` alone.
+// failure; a folder that doesn't fit is one.
 std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size);
 
 // The code of the failure just now; to be asked for on the line after the failing call.

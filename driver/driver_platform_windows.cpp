@@ -266,11 +266,10 @@ void CloseRegistryKey(RegistryKey* key) {
 std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size) {
   wchar_t folder[kWidePathSize];
   const DWORD length = GetTempPathW(kWidePathSize, folder);
-  if (length == 0 || length >= kWidePathSize) return 0;
   char text[kBytesOfAUnit * kWidePathSize];
-  if (!Utf8FromWide(folder, text, sizeof text)) return 0;
+  if (length == 0 || length >= kWidePathSize || !Utf8FromWide(folder, text, sizeof text)) return 0;
   const std::size_t needed = std::strlen(text) + 1;
-  if (needed > size) return static_cast<std::uint32_t>(needed);
+  if (needed > size) return 0;
   std::memcpy(path, text, needed);
   return static_cast<std::uint32_t>(needed - 1);
 }

@@ -492,9 +492,8 @@ void CloseRegistryKey(RegistryKey* key) {
 
 std::uint32_t GetTemporaryFolder(char* path, std::uint32_t size) {
   if (!Record("GetTemporaryFolder", size)) return 0;
-  const auto length = static_cast<std::uint32_t>(Machine.temporary_folder.size());
-  if (!StoreText(Machine.temporary_folder, path, size)) return length + 1;
-  return length;
+  if (!StoreText(Machine.temporary_folder, path, size)) return 0;
+  return static_cast<std::uint32_t>(Machine.temporary_folder.size());
 }
 
 std::uint32_t LastSystemError() {

@@ -121,10 +121,10 @@ TEST_F(Simulation, UpdateOfADeviceThatHasTheDriverFindsNothingBetter) {
   EXPECT_EQ(LastSystemError(), kErrorNoSuchDevinst);
 }
 
-TEST_F(Simulation, TemporaryFolderThatDoesNotFitGivesItsSize) {
+TEST_F(Simulation, TemporaryFolderThatDoesNotFitIsNone) {
   Machine.temporary_folder = "C:\\T\\";
   char folder[6];
-  EXPECT_EQ(GetTemporaryFolder(folder, 5), 6U);
+  EXPECT_EQ(GetTemporaryFolder(folder, 5), 0U);
   EXPECT_EQ(GetTemporaryFolder(folder, 6), 5U);
   EXPECT_STREQ(folder, "C:\\T\\");
 }

@@ -8,6 +8,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 using ::testing::UnorderedElementsAre;
 
 class Staging : public DriverTest {
@@ -94,9 +95,13 @@ TEST_F(Staging, WithoutATemporaryFolderTheRootOfDriveCIsTaken) {
   EXPECT_STREQ(InstallErrorText(), "Directory \"C:\\\" does not exist!");
 }
 
-TEST_F(Staging, FolderThatDoesNotFitStagesNothing) {
-  Machine.temporary_folder = "/tmp/" + std::string(1100, 'x') + "/";
+TEST_F(Staging, FolderOf1023CharactersIsTakenAndALongerOneIsAsGoodAsNone) {
+  Machine.temporary_folder = "/" + std::string(1021, 'x') + "/";
   stage_driver_files();
+  EXPECT_THAT(InstallErrorText(), StartsWith("Directory \"/xxx"));
+  Machine.temporary_folder.insert(1, "x");
+  stage_driver_files();
+  EXPECT_STREQ(InstallErrorText(), "Directory \"C:\\\" does not exist!");
   EXPECT_EQ(StagedInfCount, 0);
 }
 

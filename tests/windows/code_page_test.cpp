@@ -91,4 +91,13 @@ TEST(CodePageIds, ListWithoutItsEndOrOfNoBytesIsGivenAsFarAsItGoes) {
   EXPECT_EQ(Asked("ids", 1251, ""), "");
 }
 
+TEST(CodePageTemporaryFolder, ThatDoesNotFitIsNone) {
+  EXPECT_EQ(Asked("temporary-folder", 1252, "C:\\T\\"), "C:\\T\\");
+  EXPECT_EQ(Asked("temporary-folder", 1252, "a" + Repeated(kRussian, 511)),
+            "a" + Repeated(kRussian, 511));
+  EXPECT_EQ(Asked("temporary-folder", 1252, Repeated(kRussian, 512)), "none");
+  EXPECT_EQ(Asked("temporary-folder", 1252, std::string(1023, 'a')), std::string(1023, 'a'));
+  EXPECT_EQ(Asked("temporary-folder", 1252, std::string(1024, 'a')), "none");
+}
+
 }  // namespace
