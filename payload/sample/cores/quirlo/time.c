@@ -1,10 +1,16 @@
 #include "Arduino.h"
 #include "quirlo_io.h"
 
-#define TICKS_PER_MILLISECOND (F_CPU / 64000u)
+#define TICKS_PER_MILLISECOND (QUIRLO_CLOCK / 64000u)
 
 static uint32_t milliseconds;
 static uint16_t counted;
+
+// Stands in the start-up code, which runs through it ahead of the constructors of the sketch's objects,
+// since some of them wait.
+__attribute__((naked, used, section(".init5"))) static void start_clock(void) {
+  QUIRLO_TIMER_CONTROL = QUIRLO_TIMER_BY_64;
+}
 
 // The counter wraps after 65,536 ticks, a quarter of a second at 16 MHz, so the time must be asked
 // for more often than that. loop() and delay() do so in every sensible sketch.

@@ -6,7 +6,9 @@ HardwareSerial Serial1;
 
 void HardwareSerial::begin(uint32_t bits_per_second) {
   if (bits_per_second == 0) return;
-  QUIRLO_UART1->divisor = F_CPU / bits_per_second;
+  uint32_t divisor = QUIRLO_CLOCK / bits_per_second;
+  QUIRLO_UART1->divisor = divisor < QUIRLO_UART_LEAST_DIVISOR ? QUIRLO_UART_LEAST_DIVISOR : divisor;
+  QUIRLO_UART1->control = QUIRLO_UART_ENABLE;
 }
 
 int HardwareSerial::available() { return (QUIRLO_UART1->status & QUIRLO_UART_RECEIVED) ? 1 : 0; }
@@ -17,7 +19,8 @@ int HardwareSerial::read() {
 }
 
 size_t HardwareSerial::write(uint8_t value) {
-  while (!(QUIRLO_UART1->status & QUIRLO_UART_READY)) {
+  if (QUIRLO_UART1->control == 0) return 0;  // before begin() room would never come
+  while (QUIRLO_UART1->status & QUIRLO_UART_FULL) {
   }
   QUIRLO_UART1->data = value;
   return 1;
