@@ -20,9 +20,21 @@ struct quirlo_pins {
 
 #define QUIRLO_PINS(block) ((struct quirlo_pins*)(0x40010000u + 0x1000u * (block)))
 
-// The lights that the emulator has, one for each bit. The first is the board's.
-#define QUIRLO_LIGHTS (*(volatile uint32_t*)0x40028000u)
+// What the board has beside the processor. The first light is the sketch's.
+struct quirlo_board {
+  volatile uint32_t lights;  // one for each bit
+  const uint32_t unused;
+  const volatile uint32_t buttons;
+  const uint32_t unused_too;
+  const volatile uint32_t seconds;
+  const volatile uint32_t hundredths;
+  volatile uint32_t counter;  // counts up, once for each time that the prescaler has run down
+  volatile uint32_t prescaler;
+};
+
+#define QUIRLO_BOARD ((struct quirlo_board*)0x40028000u)
 #define QUIRLO_BOARD_LIGHT 1u
+#define QUIRLO_MICROSECOND (QUIRLO_CLOCK / 1000000u - 1)  // of the prescaler
 
 struct quirlo_uart {
   volatile uint32_t data;  // a write sends, a read takes a received byte
@@ -38,20 +50,6 @@ struct quirlo_uart {
 #define QUIRLO_UART_LEAST_DIVISOR 16u
 
 #define QUIRLO_UART1 ((struct quirlo_uart*)0x40004000u)
-
-// The timer that every Cortex-M core has, at the address that the architecture gives it.
-struct quirlo_systick {
-  volatile uint32_t control;
-  volatile uint32_t reload;
-  volatile uint32_t current;
-};
-
-#define QUIRLO_SYSTICK ((struct quirlo_systick*)0xE000E010u)
-#define QUIRLO_SYSTICK_RUN 7u  // enabled, with its interrupt, at QUIRLO_CLOCK
-
-// Tells that the timer's interrupt is asked for and its handler has not run yet.
-#define QUIRLO_INTERRUPT_STATE (*(const volatile uint32_t*)0xE000ED04u)
-#define QUIRLO_SYSTICK_PENDING (1u << 26)
 
 // Bits 20 to 23 let the program use the floating point unit of a core that has one.
 #define QUIRLO_COPROCESSORS (*(volatile uint32_t*)0xE000ED88u)

@@ -26,7 +26,7 @@ static void write_bit(volatile uint32_t* word, uint32_t mask, uint8_t level) {
 void digitalWrite(uint8_t pin, uint8_t level) {
   if (pin >= NUM_DIGITAL_PINS) return;
   if (pin == LED_BUILTIN) {
-    write_bit(&QUIRLO_LIGHTS, QUIRLO_BOARD_LIGHT, level);
+    write_bit(&QUIRLO_BOARD->lights, QUIRLO_BOARD_LIGHT, level);
   } else {
     write_bit(&block_of(pin)->output, mask_of(pin), level);
   }
@@ -34,6 +34,6 @@ void digitalWrite(uint8_t pin, uint8_t level) {
 
 int digitalRead(uint8_t pin) {
   if (pin >= NUM_DIGITAL_PINS) return LOW;
-  if (pin == LED_BUILTIN) return (QUIRLO_LIGHTS & QUIRLO_BOARD_LIGHT) ? HIGH : LOW;
+  if (pin == LED_BUILTIN) return (QUIRLO_BOARD->lights & QUIRLO_BOARD_LIGHT) ? HIGH : LOW;
   return (block_of(pin)->input & mask_of(pin)) ? HIGH : LOW;
 }

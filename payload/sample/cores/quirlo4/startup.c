@@ -17,7 +17,6 @@ void* _sbrk(ptrdiff_t wanted);
 void _exit(int status);
 int _getpid(void);
 int _kill(int process, int signal);
-void systick_handler(void);
 void quirlo_start_clock(void);
 int main(void);
 
@@ -31,6 +30,7 @@ static void reset_handler(void) {
   const uint32_t* from = &data_load;
   for (uint32_t* to = &data_start; to < &data_end;) *to++ = *from++;
   for (uint32_t* to = &bss_start; to < &bss_end;) *to++ = 0;
+  QUIRLO_BOARD->lights = 0;  // the emulator starts with all of them lit
   quirlo_start_clock();
   for (const handler* construct = init_start; construct < init_end; construct++) (*construct)();
   main();
@@ -71,5 +71,5 @@ __attribute__((section(".vectors"), used)) const handler vectors[16] = {
     (handler)&stack_top, reset_handler,      unexpected_handler, unexpected_handler,
     unexpected_handler,  unexpected_handler, unexpected_handler, 0,
     0,                   0,                  0,                  unexpected_handler,
-    unexpected_handler,  0,                  unexpected_handler, systick_handler,
+    unexpected_handler,  0,                  unexpected_handler, unexpected_handler,
 };
