@@ -36,12 +36,27 @@ int ReleaseNumber(const char* release) {
                           static_cast<unsigned>(minor) * 100U + static_cast<unsigned>(patch));
 }
 
-}  // namespace
-
-int IdentifyArduino(const char* dir) {
+void BeginLog(const char* dir) {
   LogClear();
   NoteWindowsApp();
   LogPrintf("Directory: %s\n", dir);
+}
+
+int AnswerNone() {
+  SelectRelease("");
+  return 0;
+}
+
+}  // namespace
+
+int IdentifyArduino(const char* dir) {
+  BeginLog(dir);
+  // The empty text is the list of drives, no folder. Joined with it, each path of the criteria
+  // would be relative, and the folder that the process happens to be in judged instead.
+  if (dir[0] == '\0') {
+    LogPrintf("  No folder is selected\n");
+    return AnswerNone();
+  }
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
     char release[kHostVersionSize];
     if (!ReleaseOfCriteriaFile(Store.names[i], release)) continue;
@@ -56,6 +71,5 @@ int IdentifyArduino(const char* dir) {
     SelectRelease(release);
     return ReleaseNumber(HostVersion);
   }
-  SelectRelease("");
-  return 0;
+  return AnswerNone();
 }

@@ -3,7 +3,8 @@
 // Sets or clears HostVersion and rewrites the check log; changes nothing in the folder.
 #pragma once
 
-// `dir` ends in a separator. Returns the release's number, major * 10000 + minor * 100 + patch,
+// `dir` ends in a separator, or is empty while the list of drives is shown: that is no folder and
+// matches nothing, and nothing is opened for it. Returns the release's number, major * 10000 + minor * 100 + patch,
 // with HostVersion set to its name; 0, with HostVersion empty, when none matched. The first in
 // table order that fits its criteria and passes the downgrade guard wins. The caller stores the
 // result in HostVersionNumber. Blocks while it reads; nothing is kept between calls.

@@ -1,7 +1,6 @@
 // Refusals of the archive library at each step behind the opening.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <map>
 #include <ostream>
 #include <string>
@@ -86,13 +85,11 @@ TEST_F(EngineTest, RefusedArchiveIsNamedByItsCutName) {
   Load({{"entry", "ours"}});
   const std::string name = std::string(100, 'x') + "/" + std::string(154, 'y');
   WriteJar(*this / name, {{"Base.class", "the host's"}});
-  const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(host());
+  const ScopedCurrentFolder inside(host());
   {
     const ScopedFailure failure(Call::kZipAdd);
     EXPECT_EQ(WriteEntryToArchive("", "A.class", 0, (name + "yyy").c_str()), -1);
   }
-  std::filesystem::current_path(before);
   EXPECT_EQ(InstallErrorText(), "Unable to write \"" + name + "\", add adding object \"A.class\".");
 }
 

@@ -103,6 +103,18 @@ TEST_F(IdentifyArduinoTest, FolderWithoutSeparatorIsNoArduino) {
   EXPECT_EQ(IdentifyArduino(dir_.path().c_str()), 0);
 }
 
+// As "[All Drives]" leaves it, while the program was started inside an Arduino.
+TEST_F(IdentifyArduinoTest, EmptyFolderIsNoneAndTheCurrentFolderIsNotJudgedInItsPlace) {
+  const TestStore store(SixReleases());
+  MakeArduino1819(dir_.path());
+  const ScopedCurrentFolder inside(dir_.path());
+  SelectRelease("1.8.19");
+  EXPECT_EQ(IdentifyArduino(""), 0);
+  EXPECT_STREQ(HostVersion, "");
+  EXPECT_EQ(HostVersionLength, 0U);
+  EXPECT_EQ(Log(), "Directory: \n  No folder is selected\n");
+}
+
 TEST_F(IdentifyArduinoTest, WithoutALogTheResultIsTheSame) {
   LogBuffer = nullptr;
   const TestStore store(SixReleases());

@@ -72,6 +72,15 @@ ScopedEnvironment::~ScopedEnvironment() {
   }
 }
 
+ScopedCurrentFolder::ScopedCurrentFolder(const std::string& path) : before_(fs::current_path()) {
+  fs::current_path(path);
+}
+
+ScopedCurrentFolder::~ScopedCurrentFolder() {
+  std::error_code ignored;
+  fs::current_path(before_, ignored);
+}
+
 ScopedOrdinaryUser::ScopedOrdinaryUser() {
   if (geteuid() != 0) return;
   if (seteuid(kNobody) != 0) throw std::runtime_error("can't drop root's rights");

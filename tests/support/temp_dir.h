@@ -44,6 +44,18 @@ class ScopedEnvironment {
   bool was_set_;
 };
 
+// Makes an existing folder the process's current one for the life of the object.
+class ScopedCurrentFolder {
+ public:
+  explicit ScopedCurrentFolder(const std::string& path);
+  ~ScopedCurrentFolder();
+  ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
+  ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+
+ private:
+  std::string before_;
+};
+
 // Gives up root's rights over files for the life of the object, so that a refused access is
 // refused for the test as well. Nothing happens where the test doesn't run as root.
 class ScopedOrdinaryUser {

@@ -167,11 +167,28 @@ TEST_F(FolderBrowser, DropDownPickBrowsesWithoutRebuildingItselfOrLookingForPref
                                          "IdentifyArduino(" + Documents() + "ide/)"));
 }
 
+// An empty host folder is no Arduino, also while the current folder of the process is one. Each is
+// reached from a folder that matched, so Next has to die.
 TEST_F(FolderBrowser, DropDownPickOfAllDrivesEmptiesBothFolders) {
+  const ScopedCurrentFolder arduino(Home("Documents/ide"));
+  SelectEntry("ide/", 0);
   PickChoice("[All Drives]");
   EXPECT_STREQ(BrowsedFolder, "");
   EXPECT_STREQ(HostFolder, "");
   EXPECT_THAT(Entries(), Not(IsEmpty()));  // what stands in for the list of drives
+  EXPECT_STREQ(HostVersion, "");
+  EXPECT_EQ(LogText(), "Directory: \n  No folder is selected\n");
+  ExpectNext(false);
+}
+
+TEST_F(FolderBrowser, DoubleClickOnTheParentOfTheRootEmptiesBothFolders) {
+  const ScopedCurrentFolder arduino(Home("Documents/ide"));
+  SelectEntry("ide/", 0);
+  PickChoice("/");
+  SelectEntry("../", 1);
+  EXPECT_STREQ(BrowsedFolder, "");
+  EXPECT_STREQ(HostFolder, "");
+  EXPECT_STREQ(HostVersion, "");
   ExpectNext(false);
 }
 
