@@ -20,14 +20,36 @@ bool IsSelfOrParent(const char* name) {
   return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
-void RemovePath(const char* path) {
-  PathStatus status;
-  if (StatPath(path, &status) && status.is_directory) {
-    RemoveTree(path);
-    RemoveEmptyDirectory(path);
-  } else {
-    RemoveFile(path);  // also what can't be looked at
+// A path without room for one character of an entry's name would be cut to the folder itself or to
+// one above it. Windows can't open such a folder, so it is not opened anywhere.
+bool HasRoomForEntries(std::size_t length) {
+  return length + 2 < kPathSize;
+}
+
+void RemoveSubfolder(const DirectoryHandle* parent, const char* name, std::size_t length);
+
+// Removes all that the opened folder holds, and closes it. `length` is that of the folder's path.
+// An entry whose path would pass 259 characters is taken by the beginning of its name that fits.
+void RemoveContents(DirectoryHandle* directory, std::size_t length) {
+  while (const char* listed = NextDirectoryEntry(directory)) {
+    if (IsSelfOrParent(listed)) continue;
+    char name[kPathSize];
+    FormatBounded(name, kPathSize - 1 - length, "%s", listed);
+    PathStatus status;
+    if (StatListed(directory, name, &status) && status.is_directory) {
+      RemoveSubfolder(directory, name, length + 1 + std::strlen(name));
+    } else {
+      RemoveListedFile(directory, name);  // also what can't be looked at
+    }
   }
+  CloseDirectory(directory);
+}
+
+void RemoveSubfolder(const DirectoryHandle* parent, const char* name, std::size_t length) {
+  DirectoryHandle* directory =
+      HasRoomForEntries(length) ? OpenListedDirectory(parent, name) : nullptr;
+  if (directory != nullptr) RemoveContents(directory, length);
+  RemoveListedDirectory(parent, name);
 }
 
 }  // namespace
@@ -50,18 +72,9 @@ void RemoveOldLibraries(const char* dir) {
 }
 
 int RemoveTree(const char* path) {
-  // A path without room for one character of an entry's name would be cut to the folder itself or
-  // to one above it. Windows can't open such a folder, so it is not opened anywhere.
   const std::size_t length = std::strlen(path);
-  if (length + 2 >= kPathSize) return 0;
-  DirectoryHandle* directory = OpenDirectory(path);
+  DirectoryHandle* directory = HasRoomForEntries(length) ? OpenDirectory(path) : nullptr;
   if (directory == nullptr) return 0;
-  while (const char* name = NextDirectoryEntry(directory)) {
-    if (IsSelfOrParent(name)) continue;
-    char entry[kPathSize];
-    FormatBounded(entry, sizeof entry, "%s/%s", path, name);
-    RemovePath(entry);
-  }
-  CloseDirectory(directory);
+  RemoveContents(directory, length);
   return 1;
 }

@@ -1,6 +1,7 @@
 // The file and folder operations on which all logic stands. A path is a narrow text, on Windows
 // always in UTF-8, that may separate its parts with '/' and '\' alike, and may hold several in a
 // row, on every platform; the texts themselves are never rewritten, only what the system is asked.
+// A name that a listing gave is no such path: what bears it is reached through the folder's handle.
 //
 // Results: a pointer or null, true or false. Where the system gives a reason, it is in errno.
 #pragma once
@@ -35,6 +36,14 @@ const char* NextDirectoryEntry(DirectoryHandle* directory);
 
 void CloseDirectory(DirectoryHandle* directory);
 
+// The four calls below do to what stands in an opened folder what their namesakes for paths do.
+// `name` is one that NextDirectoryEntry gave, or the beginning of one, and is taken as it stands:
+// off Windows a backslash is a letter of a name like any other, and separates nothing.
+bool StatListed(const DirectoryHandle* directory, const char* name, PathStatus* status);
+DirectoryHandle* OpenListedDirectory(const DirectoryHandle* directory, const char* name);
+bool RemoveListedFile(const DirectoryHandle* directory, const char* name);
+bool RemoveListedDirectory(const DirectoryHandle* directory, const char* name);
+
 // Makes one folder; its parent must exist. False on failure, also when it exists already.
 bool MakeDirectory(const char* path);
 
@@ -46,6 +55,10 @@ bool RemoveEmptyDirectory(const char* path);
 
 // Follows links. False when nothing stands at `path` or it can't be looked at.
 bool StatPath(const char* path, PathStatus* status);
+
+// Whether `path`, put together from listed names, reaches what it names when it is given to the
+// calls above. Off Windows it doesn't when a backslash is a letter of one of them.
+bool CanBeGiven(const char* path);
 
 // Writes `path` to `buffer` in the form that a library which opens files by itself (libzip) wants:
 // on Windows in UTF-8, elsewhere with '/' as the only separator. False when it doesn't fit into

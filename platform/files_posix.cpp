@@ -8,16 +8,27 @@
 #include <cstring>
 
 #include "platform/files.h"
+#include "platform/text.h"
 
 static_assert(kLibraryPathSize == PATH_MAX);
 
+struct DirectoryHandle {
+  DIR* listing;
+  char path[kLibraryPathSize];  // as this system reads it
+};
+
 namespace {
 
-// The path as this system reads it. A backslash always separates, so a file with one in its name
-// can't be reached; on Windows no such name exists.
+// A path as this system reads it, or none, with errno set, where it doesn't fit.
 class SystemPath {
  public:
+  // Of a path that was given. A backslash separates, so what has one in its name can't be given.
   explicit SystemPath(const char* path) : fits_(LibraryPath(path, text_, sizeof text_)) {
+    if (!fits_) errno = ENAMETOOLONG;
+  }
+  // Of a name that was listed.
+  SystemPath(const DirectoryHandle* directory, const char* name)
+      : fits_(FormatBounded(text_, sizeof text_, "%s/%s", directory->path, name) < sizeof text_) {
     if (!fits_) errno = ENAMETOOLONG;
   }
   const char* get() const { return fits_ ? text_ : nullptr; }
@@ -31,9 +42,36 @@ bool Succeeds(int result) {
   return result == 0;
 }
 
+bool Look(const SystemPath& path, PathStatus* status) {
+  struct stat found;
+  if (path.get() == nullptr || stat(path.get(), &found) != 0) return false;
+  status->size = static_cast<std::uint64_t>(found.st_size);
+  status->is_directory = S_ISDIR(found.st_mode);
+  return true;
+}
+
+DirectoryHandle* OpenListing(const SystemPath& path) {
+  if (path.get() == nullptr) return nullptr;
+  DIR* listing = opendir(path.get());
+  if (listing == nullptr) return nullptr;
+  auto* directory = new DirectoryHandle{listing, {}};
+  std::strcpy(directory->path, path.get());  // of the same size
+  return directory;
+}
+
+bool Unlink(const SystemPath& path) {
+  return path.get() != nullptr && Succeeds(unlink(path.get()));
+}
+
+bool RemoveDirectory(const SystemPath& path) {
+  return path.get() != nullptr && Succeeds(rmdir(path.get()));
+}
+
 }  // namespace
 
-struct DirectoryHandle {};  // only ever a DIR behind a cast
+bool CanBeGiven(const char* path) {
+  return std::strchr(path, '\\') == nullptr;
+}
 
 bool LibraryPath(const char* path, char* buffer, std::size_t size) {
   const std::size_t length = std::strlen(path);
@@ -69,18 +107,33 @@ bool DirectoryExists(const char* path) {
 }
 
 DirectoryHandle* OpenDirectory(const char* path) {
-  const SystemPath system_path(path);
-  if (system_path.get() == nullptr) return nullptr;
-  return reinterpret_cast<DirectoryHandle*>(opendir(system_path.get()));
+  return OpenListing(SystemPath(path));
 }
 
 const char* NextDirectoryEntry(DirectoryHandle* directory) {
-  const dirent* entry = readdir(reinterpret_cast<DIR*>(directory));
+  const dirent* entry = readdir(directory->listing);
   return entry == nullptr ? nullptr : entry->d_name;
 }
 
 void CloseDirectory(DirectoryHandle* directory) {
-  closedir(reinterpret_cast<DIR*>(directory));
+  closedir(directory->listing);
+  delete directory;
+}
+
+bool StatListed(const DirectoryHandle* directory, const char* name, PathStatus* status) {
+  return Look(SystemPath(directory, name), status);
+}
+
+DirectoryHandle* OpenListedDirectory(const DirectoryHandle* directory, const char* name) {
+  return OpenListing(SystemPath(directory, name));
+}
+
+bool RemoveListedFile(const DirectoryHandle* directory, const char* name) {
+  return Unlink(SystemPath(directory, name));
+}
+
+bool RemoveListedDirectory(const DirectoryHandle* directory, const char* name) {
+  return RemoveDirectory(SystemPath(directory, name));
 }
 
 bool MakeDirectory(const char* path) {
@@ -89,20 +142,13 @@ bool MakeDirectory(const char* path) {
 }
 
 bool RemoveFile(const char* path) {
-  const SystemPath system_path(path);
-  return system_path.get() != nullptr && Succeeds(unlink(system_path.get()));
+  return Unlink(SystemPath(path));
 }
 
 bool RemoveEmptyDirectory(const char* path) {
-  const SystemPath system_path(path);
-  return system_path.get() != nullptr && Succeeds(rmdir(system_path.get()));
+  return RemoveDirectory(SystemPath(path));
 }
 
 bool StatPath(const char* path, PathStatus* status) {
-  const SystemPath system_path(path);
-  struct stat found;
-  if (system_path.get() == nullptr || stat(system_path.get(), &found) != 0) return false;
-  status->size = static_cast<std::uint64_t>(found.st_size);
-  status->is_directory = S_ISDIR(found.st_mode);
-  return true;
+  return Look(SystemPath(path), status);
 }

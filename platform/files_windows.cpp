@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "platform/text.h"
 #include "platform/windows_text.h"
 
 namespace {
@@ -37,8 +38,30 @@ constexpr std::size_t kBytesOfAUnit = 3;  // of UTF-8, for one unit of UTF-16, a
 
 struct DirectoryHandle {
   _WDIR* listing;
+  char path[kLibraryPathSize];
   char name[(MAX_PATH + 1) * kBytesOfAUnit];
 };
+
+namespace {
+
+class ListedPath {
+ public:
+  ListedPath(const DirectoryHandle* directory, const char* name)
+      : fits_(FormatBounded(text_, sizeof text_, "%s/%s", directory->path, name) < sizeof text_) {
+    if (!fits_) errno = ENOENT;
+  }
+  const char* get() const { return fits_ ? text_ : nullptr; }
+
+ private:
+  char text_[kLibraryPathSize];
+  bool fits_;
+};
+
+}  // namespace
+
+bool CanBeGiven(const char*) {
+  return true;
+}
 
 bool LibraryPath(const char* path, char* buffer, std::size_t size) {
   const std::size_t length = std::strlen(path);
@@ -69,7 +92,10 @@ DirectoryHandle* OpenDirectory(const char* path) {
   if (system_path.get() == nullptr) return nullptr;
   _WDIR* listing = _wopendir(system_path.get());
   if (listing == nullptr) return nullptr;
-  return new DirectoryHandle{listing, {}};
+  auto* directory = new DirectoryHandle{listing, {}, {}};
+  // Whatever fits as UTF-16 has room here.
+  FormatBounded(directory->path, sizeof directory->path, "%s", path);
+  return directory;
 }
 
 const char* NextDirectoryEntry(DirectoryHandle* directory) {
@@ -83,6 +109,27 @@ const char* NextDirectoryEntry(DirectoryHandle* directory) {
 void CloseDirectory(DirectoryHandle* directory) {
   _wclosedir(directory->listing);
   delete directory;
+}
+
+// A name that the system lists holds no separator of either kind, so the path is like any other.
+bool StatListed(const DirectoryHandle* directory, const char* name, PathStatus* status) {
+  const ListedPath path(directory, name);
+  return path.get() != nullptr && StatPath(path.get(), status);
+}
+
+DirectoryHandle* OpenListedDirectory(const DirectoryHandle* directory, const char* name) {
+  const ListedPath path(directory, name);
+  return path.get() == nullptr ? nullptr : OpenDirectory(path.get());
+}
+
+bool RemoveListedFile(const DirectoryHandle* directory, const char* name) {
+  const ListedPath path(directory, name);
+  return path.get() != nullptr && RemoveFile(path.get());
+}
+
+bool RemoveListedDirectory(const DirectoryHandle* directory, const char* name) {
+  const ListedPath path(directory, name);
+  return path.get() != nullptr && RemoveEmptyDirectory(path.get());
 }
 
 bool MakeDirectory(const char* path) {

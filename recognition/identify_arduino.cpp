@@ -50,13 +50,10 @@ int AnswerNone() {
 }  // namespace
 
 int IdentifyArduino(const char* dir) {
-  BeginLog(dir);
   // The empty text is the list of drives, no folder. Joined with it, each path of the criteria
   // would be relative, and the folder that the process happens to be in judged instead.
-  if (dir[0] == '\0') {
-    LogPrintf("  No folder is selected\n");
-    return AnswerNone();
-  }
+  if (dir[0] == '\0') return RefuseFolder(dir, "  No folder is selected\n");
+  BeginLog(dir);
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) {
     char release[kHostVersionSize];
     if (!ReleaseOfCriteriaFile(Store.names[i], release)) continue;
@@ -71,5 +68,11 @@ int IdentifyArduino(const char* dir) {
     SelectRelease(release);
     return ReleaseNumber(HostVersion);
   }
+  return AnswerNone();
+}
+
+int RefuseFolder(const char* dir, const char* reason) {
+  BeginLog(dir);
+  LogPrintf("%s", reason);
   return AnswerNone();
 }

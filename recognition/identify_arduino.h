@@ -9,3 +9,7 @@
 // table order that fits its criteria and passes the downgrade guard wins. The caller stores the
 // result in HostVersionNumber. Blocks while it reads; nothing is kept between calls.
 int IdentifyArduino(const char* dir);
+
+// The answer for a folder that is refused unseen: rewrites the check log with `reason`, a line with
+// its line end, clears HostVersion and returns 0.
+int RefuseFolder(const char* dir, const char* reason);

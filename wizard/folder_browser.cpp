@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "engine/host_preferences.h"
+#include "platform/files.h"
 #include "platform/text.h"
 #include "recognition/identify_arduino.h"
 #include "store/host_selection.h"
@@ -113,7 +114,12 @@ void rebuild_path_choice() {
 }
 
 void recognise_host_folder() {
-  HostVersionNumber = IdentifyArduino(HostFolder);
+  // The window library lists the folders. One that would be read as another folder's path must
+  // not be judged, since the install would go into that other folder.
+  HostVersionNumber =
+      CanBeGiven(HostFolder)
+          ? IdentifyArduino(HostFolder)
+          : RefuseFolder(HostFolder, "  A folder with a backslash in its name can't be used\n");
   if (HostVersionNumber != 0) {
     FolderNextButton->activate();
   } else {

@@ -167,6 +167,69 @@ TEST(OpenDirectory, FileMissingFolderAndOverlongPathAreNull) {
   EXPECT_EQ(OpenDirectory(OverlongPath(dir.path()).c_str()), nullptr);
 }
 
+// What a listing names, with a neighbour that a translated name would reach instead.
+class ListedNames : public testing::Test {
+ protected:
+  ListedNames() {
+    WriteFile(dir_ / "a/b", "the neighbour");
+    WriteFile(dir_ / "a\\b", "1234");
+    fs::create_directories(dir_ / "c/d");
+    fs::create_directories(dir_ / "c\\d");
+    WriteFile(dir_ / "e\\f/..\\g", "12");
+    directory_ = OpenDirectory((dir_.path() + "\\").c_str());
+  }
+  ~ListedNames() override {
+    if (directory_ != nullptr) CloseDirectory(directory_);
+  }
+
+  TempDir dir_;
+  DirectoryHandle* directory_;
+};
+
+TEST_F(ListedNames, AreLookedAtAsTheyStand) {
+  ASSERT_NE(directory_, nullptr);
+  PathStatus status;
+  ASSERT_TRUE(StatListed(directory_, "a\\b", &status));
+  EXPECT_EQ(status.size, 4U);
+  EXPECT_FALSE(status.is_directory);
+  ASSERT_TRUE(StatListed(directory_, "c\\d", &status));
+  EXPECT_TRUE(status.is_directory);
+  EXPECT_FALSE(StatListed(directory_, "none", &status));
+  EXPECT_FALSE(StatListed(directory_, std::string(5000, 'x').c_str(), &status));
+  EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+TEST_F(ListedNames, AreRemovedAsTheyStand) {
+  ASSERT_NE(directory_, nullptr);
+  EXPECT_TRUE(RemoveListedFile(directory_, "a\\b"));
+  EXPECT_TRUE(RemoveListedDirectory(directory_, "c\\d"));
+  EXPECT_FALSE(RemoveListedFile(directory_, "a\\b"));
+  EXPECT_FALSE(RemoveListedFile(directory_, "c"));
+  EXPECT_FALSE(RemoveListedDirectory(directory_, "a"));  // not empty
+  EXPECT_EQ(ReadFile(dir_ / "a/b"), "the neighbour");
+  EXPECT_TRUE(fs::is_directory(dir_ / "c/d"));
+}
+
+TEST_F(ListedNames, AreOpenedAsTheyStandAtEveryDepth) {
+  ASSERT_NE(directory_, nullptr);
+  DirectoryHandle* below = OpenListedDirectory(directory_, "e\\f");
+  ASSERT_NE(below, nullptr);
+  EXPECT_EQ(OpenListedDirectory(below, "..\\c"), nullptr);
+  PathStatus status;
+  ASSERT_TRUE(StatListed(below, "..\\g", &status));
+  EXPECT_EQ(status.size, 2U);
+  EXPECT_TRUE(RemoveListedFile(below, "..\\g"));
+  CloseDirectory(below);
+  EXPECT_EQ(OpenListedDirectory(directory_, "none"), nullptr);
+  EXPECT_EQ(OpenListedDirectory(directory_, "a\\b"), nullptr);
+}
+
+TEST(CanBeGiven, PathWithABackslashCanNot) {
+  EXPECT_TRUE(CanBeGiven("/home/user/arduino-1.8.19/"));
+  EXPECT_TRUE(CanBeGiven(""));
+  EXPECT_FALSE(CanBeGiven("/home/a\\b/"));
+}
+
 TEST(MakeDirectory, MakesOneFolderWithEitherSeparator) {
   const TempDir dir;
   EXPECT_TRUE(MakeDirectory((dir.path() + "\\one").c_str()));

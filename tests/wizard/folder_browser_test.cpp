@@ -294,6 +294,23 @@ TEST_F(FolderBrowser, FolderNamesWithMenuCharactersAreOneItemThatYieldsThePlainP
   EXPECT_THAT(Entries(), Contains("deep/"));
 }
 
+// Off Windows such a name is possible. Read as a path it leads to an Arduino that nobody clicked.
+TEST_F(FolderBrowser, FolderNamedLikeAPathWithBackslashesIsNotTakenForThatPath) {
+  fs::create_directories(Home("Documents/plain/below\\..\\..\\ide"));
+  SelectEntry("ide/", 0);
+  SelectEntry("plain/", 1);
+  SelectEntry("below\\..\\..\\ide/", 0);
+  EXPECT_EQ(HostFolder, Documents() + "plain/below\\..\\..\\ide/");
+  EXPECT_EQ(LogText(), "Directory: " + Documents() +
+                           "plain/below\\..\\..\\ide/\n"
+                           "  A folder with a backslash in its name can't be used\n");
+  EXPECT_STREQ(HostVersion, "");
+  ExpectNext(false);
+  MakeArduino1819(Home("Documents/plain/below\\..\\..\\ide"));
+  SelectEntry("below\\..\\..\\ide/", 1);
+  ExpectNext(false);
+}
+
 // ---- the choice of paths ----------------------------------------------------------------------
 
 void Browse(const char* folder) {

@@ -123,6 +123,22 @@ TEST_F(OldLibraries, LibrarySubdirIsThatOfTheSelectedRelease) {
   EXPECT_TRUE(fs::exists(libraries_ + "openGLCD"));
 }
 
+// Off Windows a name may hold a backslash. It names what stands in the folder and nothing else.
+TEST_F(OldLibraries, NamesWithABackslashLeadNowhereAndAreRemoved) {
+  WriteFile(libraries_ + "Servo/Servo.h", "stays");
+  WriteFile(libraries_ + "Servo/src/Servo.cpp", "stays");
+  WriteFile(host_ + "/lib/version.txt", "stays");
+  for (const char* name : {"..\\Servo", "..\\..\\..\\..\\..\\lib\\version.txt", "back\\slash", "\\",
+                           "src\\deep\\file.cpp"}) {
+    WriteFile(libraries_ + "openGLCD/" + name, "goes");
+  }
+  WriteFile(libraries_ + "ST7565/..\\Servo/deep\\er/file", "goes, with its folders");
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_THAT(Names(host_ + "/lib"), ElementsAre("version.txt"));
+  EXPECT_THAT(Left(),
+              ElementsAre("SD/", "Servo/", "Servo/Servo.h", "Servo/src/", "Servo/src/Servo.cpp"));
+}
+
 // ---- the tree ---------------------------------------------------------------------------------
 
 TEST(RemoveTree, EmptiesTheFolderAndLeavesIt) {
