@@ -139,7 +139,12 @@ int WriteEntryToArchive(const char* base, const char* object, std::uint32_t inde
 bool CloseOpenArchive() {
   zip_t* handle = OpenArchive.handle;
   if (handle == nullptr) return true;
-  if (zip_close(handle) >= 0) {
+  // The library puts a file of its own in the archive's place. On file systems that share blocks it
+  // is one that nobody else may read, and everywhere it belongs to the user who runs this.
+  const FileAccess access = AccessOf(OpenArchive.path);
+  const bool closed = zip_close(handle) >= 0;
+  RestoreAccess(OpenArchive.path, access);
+  if (closed) {
     OpenArchive.handle = nullptr;
     return true;
   }

@@ -60,6 +60,24 @@ bool StatPath(const char* path, PathStatus* status);
 // calls above. Off Windows it doesn't when a backslash is a letter of one of them.
 bool CanBeGiven(const char* path);
 
+// Who may use a file, for a file that a library replaces by one of its own making.
+struct FileAccess {
+  bool known;
+  std::uint64_t device, number;  // which file was looked at
+  std::uint32_t permissions;     // with the set-id bits
+  std::uint32_t owner, group;
+};
+
+// What StatPath would look at. Not known when that fails, and never on Windows, where libzip gives
+// the new file the old one's access list.
+FileAccess AccessOf(const char* path);
+
+// Gives another file that has come to stand at `path` since the permission bits that `access`
+// tells, without the set-id bits, and the owner and group as far as the system allows. The file
+// that was looked at is left as it is, and so is what is no plain file of one name: nobody may lead
+// this to a file elsewhere. Nothing is reported.
+void RestoreAccess(const char* path, const FileAccess& access);
+
 // Writes `path` to `buffer` in the form that a library which opens files by itself (libzip) wants:
 // on Windows in UTF-8, elsewhere with '/' as the only separator. False when it doesn't fit into
 // `size` bytes.

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <tuple>
 
 #include "platform/files.h"
 #include "platform/text.h"
@@ -38,6 +39,9 @@ class SystemPath {
   bool fits_;
 };
 
+constexpr mode_t kPermissions = 07777;
+constexpr mode_t kPlainPermissions = 0777;
+
 bool Succeeds(int result) {
   return result == 0;
 }
@@ -61,6 +65,15 @@ DirectoryHandle* OpenListing(const SystemPath& path) {
 
 bool Unlink(const SystemPath& path) {
   return path.get() != nullptr && Succeeds(unlink(path.get()));
+}
+
+FileAccess AccessIn(const struct stat& found) {
+  return {true,         found.st_dev, found.st_ino, found.st_mode & kPermissions,
+          found.st_uid, found.st_gid};
+}
+
+bool IsSameFile(const FileAccess& first, const FileAccess& second) {
+  return first.device == second.device && first.number == second.number;
 }
 
 bool RemoveDirectory(const SystemPath& path) {
@@ -151,4 +164,31 @@ bool RemoveEmptyDirectory(const char* path) {
 
 bool StatPath(const char* path, PathStatus* status) {
   return Look(SystemPath(path), status);
+}
+
+FileAccess AccessOf(const char* path) {
+  const SystemPath system_path(path);
+  struct stat found;
+  if (system_path.get() == nullptr || stat(system_path.get(), &found) != 0) return {};
+  return AccessIn(found);
+}
+
+void RestoreAccess(const char* path, const FileAccess& access) {
+  const FileAccess now = AccessOf(path);
+  if (!access.known || !now.known || IsSameFile(now, access)) return;
+  const mode_t wanted = access.permissions & kPlainPermissions;
+  if (now.permissions == wanted && now.owner == access.owner && now.group == access.group) return;
+
+  const SystemPath system_path(path);
+  const int file = open(system_path.get(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return;
+  struct stat found;
+  if (fstat(file, &found) == 0 && S_ISREG(found.st_mode) && found.st_nlink == 1 &&
+      IsSameFile(AccessIn(found), now)) {
+    // Each by itself: an ordinary user may give a file to a group of theirs, but not to somebody.
+    std::ignore = fchown(file, static_cast<uid_t>(-1), access.group);
+    std::ignore = fchown(file, access.owner, static_cast<gid_t>(-1));
+    std::ignore = fchmod(file, wanted);
+  }
+  close(file);
 }

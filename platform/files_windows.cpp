@@ -171,3 +171,9 @@ bool StatPath(const char* path, PathStatus* status) {
   status->is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   return true;
 }
+
+FileAccess AccessOf(const char*) {
+  return {};
+}
+
+void RestoreAccess(const char*, const FileAccess&) {}

@@ -1,13 +1,22 @@
 #include "tests/engine/faults.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zip.h>
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <optional>
+#include <string>
+#include <utility>
+
+#include "engine/writers.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 
@@ -23,9 +32,20 @@ bool Fails(Call call) {
   return failing == call;
 }
 
+bool replaced;
+
+void ReplaceByPrivateCopy(const std::string& path) {
+  const std::string content = ReadFile(path);
+  std::string copy = path + ".XXXXXX";
+  close(mkstemp(copy.data()));
+  WriteFile(copy, content);
+  std::filesystem::rename(copy, path);
+}
+
 }  // namespace
 
 ScopedFailure::ScopedFailure(Call call) {
+  replaced = false;
   failing = call;
 }
 
@@ -50,6 +70,7 @@ std::size_t __real_fwrite(const void* data, std::size_t size, std::size_t count,
 void* __real_malloc(std::size_t size);
 int __real_mkdir(const char* path, mode_t mode);
 zip_int64_t __real_zip_add(zip_t* archive, const char* name, zip_source_t* source);
+int __real_zip_close(zip_t* archive);
 zip_t* __real_zip_open(const char* path, int flags, int* error);
 int __real_zip_replace(zip_t* archive, zip_uint64_t index, zip_source_t* source);
 zip_source_t* __real_zip_source_buffer(zip_t* archive, const void* data, zip_uint64_t size,
@@ -87,6 +108,24 @@ int __wrap_mkdir(const char* path, mode_t mode) {
 
 zip_int64_t __wrap_zip_add(zip_t* archive, const char* name, zip_source_t* source) {
   return Fails(Call::kZipAdd) ? -1 : __real_zip_add(archive, name, source);
+}
+
+// As on a file system that shares blocks, where the library makes the new file with mkstemp.
+int __wrap_zip_close(zip_t* archive) {
+  const bool privately = Fails(Call::kZipClosePrivately);
+  const bool too_late = Fails(Call::kZipCloseTooLate);
+  if (!privately && !too_late) return __real_zip_close(archive);
+  const std::string path = OpenArchive.path;
+  const int old_file = open(path.c_str(), O_RDONLY);  // or the copy might get its inode
+  if (too_late && !std::exchange(replaced, true)) {
+    ReplaceByPrivateCopy(path);
+    close(old_file);
+    return -1;
+  }
+  const int result = __real_zip_close(archive);
+  if (privately) ReplaceByPrivateCopy(path);
+  close(old_file);
+  return result;
 }
 
 zip_t* __wrap_zip_open(const char* path, int flags, int* error) {

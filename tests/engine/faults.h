@@ -12,7 +12,9 @@ enum class Call {
   kMkdir,        // fails with EACCES
   kMkdirInVain,  // answers success and makes nothing
   kZipAdd,
-  kZipOpen,  // only counted
+  kZipClosePrivately,  // succeeds, and leaves a file with nobody's rights but the owner's
+  kZipCloseTooLate,    // the same, but answers that it failed
+  kZipOpen,            // only counted
   kZipReplace,
   kZipSourceBuffer,
 };

@@ -85,7 +85,8 @@ std::size_t InstallTrace::GiveArchiveRoles(std::size_t i) {
     if (name == "remove") roles_[i] = Role::kLeftover;
     if (name == "rename") {
       roles_[i] = Role::kReplaceArchive;
-      return i + 1;
+      // What follows is a look at who may use the new archive.
+      return i + 1 < operations_.size() && operations_[i + 1].name == "stat" ? i + 2 : i + 1;
     }
     if (name == "fread") committing = true;
   }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -349,6 +350,78 @@ TEST(StatPath, MissingPathAndOverlongPathFail) {
   PathStatus status;
   EXPECT_FALSE(StatPath((dir / "none").c_str(), &status));
   EXPECT_FALSE(StatPath(OverlongPath(dir.path()).c_str(), &status));
+}
+
+// The file that stands at `path` now has these permission bits.
+unsigned PermissionsOf(const std::string& path) {
+  return static_cast<unsigned>(fs::status(path).permissions());
+}
+
+// A folder in which a file was looked at and another one has come into its place since.
+class ReplacedFile : public testing::Test {
+ protected:
+  ReplacedFile() {
+    WriteFile(path_, "old");
+    fs::permissions(path_, fs::perms(0664));
+    access_ = AccessOf(path_.c_str());
+    WriteFile(new_, "new");
+    fs::permissions(new_, fs::perms(0600));
+  }
+
+  TempDir dir_;
+  std::string path_ = dir_ / "file";
+  std::string new_ = dir_ / "new";
+  FileAccess access_;
+};
+
+TEST_F(ReplacedFile, GetsThePermissionsOfTheOldOne) {
+  fs::rename(new_, path_);
+  RestoreAccess((dir_.path() + "\\file").c_str(), access_);
+  EXPECT_EQ(PermissionsOf(path_), 0664U);
+}
+
+TEST_F(ReplacedFile, IsLeftAloneWhenTheOldOneWasNotSeen) {
+  fs::rename(new_, path_);
+  RestoreAccess(path_.c_str(), AccessOf((dir_ / "none").c_str()));
+  EXPECT_EQ(PermissionsOf(path_), 0600U);
+}
+
+TEST_F(ReplacedFile, IsLeftAloneWhenItIsTheOldOne) {
+  fs::permissions(path_, fs::perms(0600));
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_EQ(PermissionsOf(path_), 0600U);
+}
+
+// Nobody may have a file elsewhere opened to others by what they put into the folder.
+TEST_F(ReplacedFile, IsLeftAloneWhenItHasAnotherNameOrIsALink) {
+  WriteFile(dir_ / "secret", "somebody's");
+  fs::permissions(dir_ / "secret", fs::perms(0600));
+  fs::rename(path_, dir_ / "old");  // its inode is not to be had again
+  fs::create_hard_link(dir_ / "secret", path_);
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_EQ(PermissionsOf(dir_ / "secret"), 0600U);
+  fs::remove(path_);
+  fs::create_symlink("secret", path_);
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_EQ(PermissionsOf(dir_ / "secret"), 0600U);
+  fs::remove(path_);
+  fs::create_directory(path_);
+  fs::permissions(path_, fs::perms(0700));
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_EQ(PermissionsOf(path_), 0700U);
+}
+
+TEST_F(ReplacedFile, IsLeftAloneWhenItIsNoPlainFile) {
+  fs::rename(path_, dir_ / "old");
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_EQ(PermissionsOf(path_), 0600U);
+}
+
+TEST_F(ReplacedFile, MayBeGone) {
+  fs::remove(path_);
+  RestoreAccess(path_.c_str(), access_);
+  EXPECT_FALSE(fs::exists(path_));
 }
 
 }  // namespace
