@@ -19,8 +19,9 @@ struct PathStatus {
 // A folder opened for listing.
 struct DirectoryHandle;
 
-// Opens a file with the modes of fopen. A folder is refused in every mode, also "r", with EACCES.
-// Null on failure; the caller closes the stream with fclose.
+// Opens a file with the modes of fopen. A folder is refused in every mode, also "r", with EACCES,
+// and off Windows so is whatever else is no plain file (a pipe, a socket, a device): opening it
+// might wait for ever, or do something. Null on failure; the caller closes the stream with fclose.
 std::FILE* OpenFile(const char* path, const char* mode);
 
 // True when a folder stands at `path` and can be opened. Nothing stays open.
@@ -80,7 +81,7 @@ void RestoreAccess(const char* path, const FileAccess& access);
 
 // Writes `path` to `buffer` in the form that a library which opens files by itself (libzip) wants:
 // on Windows in UTF-8, elsewhere with '/' as the only separator. False when it doesn't fit into
-// `size` bytes.
+// `size` bytes. libzip looks by itself whether a plain file stands there.
 bool LibraryPath(const char* path, char* buffer, std::size_t size);
 
 // A buffer of this size holds every path that the system can open.

@@ -67,6 +67,13 @@ bool Unlink(const SystemPath& path) {
   return path.get() != nullptr && Succeeds(unlink(path.get()));
 }
 
+// A pipe without its other end would hold up the program for ever, and a device may act on being
+// opened, so the look comes first. What can't be looked at is left to the opening to judge.
+bool MayBeOpened(const char* system_path) {
+  struct stat found;
+  return stat(system_path, &found) != 0 || S_ISREG(found.st_mode);
+}
+
 FileAccess AccessIn(const struct stat& found) {
   return {true,         found.st_dev, found.st_ino, found.st_mode & kPermissions,
           found.st_uid, found.st_gid};
@@ -96,17 +103,11 @@ bool LibraryPath(const char* path, char* buffer, std::size_t size) {
 std::FILE* OpenFile(const char* path, const char* mode) {
   const SystemPath system_path(path);
   if (system_path.get() == nullptr) return nullptr;
-  std::FILE* file = std::fopen(system_path.get(), mode);
-  if (file == nullptr) {
-    if (errno == EISDIR) errno = EACCES;  // one reason for a folder, whatever the mode
+  if (!MayBeOpened(system_path.get())) {
+    errno = EACCES;  // one reason, whatever stands there and whatever the mode
     return nullptr;
   }
-  struct stat status;
-  if (fstat(fileno(file), &status) != 0 || !S_ISDIR(status.st_mode)) return file;
-  // Mode "r" opens a folder here, and only the first read would fail; Windows refuses it at once.
-  std::fclose(file);
-  errno = EACCES;
-  return nullptr;
+  return std::fopen(system_path.get(), mode);
 }
 
 bool DirectoryExists(const char* path) {

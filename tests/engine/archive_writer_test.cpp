@@ -9,6 +9,7 @@
 #include "tests/engine/engine_test.h"
 #include "tests/support/jars.h"
 #include "tests/support/small_disk.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -49,6 +50,16 @@ TEST_F(ArchiveWriter, PresentObjectIsReplacedAndTheOthersStay) {
   members_["processing/app/Base.class"] = "ours";
   EXPECT_EQ(ReadJar(*this / kJar), members_);
   EXPECT_STREQ(InstallErrorText(), "");
+}
+
+TEST_F(ArchiveWriter, WhatIsNoFileInTheArchivesPlaceIsNotOpened) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    const std::string jar = std::string("lib/") + special.kind;
+    special.make(*this / jar);
+    EXPECT_EQ(Write("Base.class", kEntry, jar.c_str()), -1);
+    EXPECT_EQ(InstallErrorText(), UnableToOpen(jar));
+    EXPECT_TRUE(IsSpecialFile(*this / jar));
+  }
 }
 
 TEST_F(ArchiveWriter, AbsentObjectIsAdded) {

@@ -10,6 +10,7 @@
 #include "tests/engine/engine_test.h"
 #include "tests/support/jars.h"
 #include "tests/support/small_disk.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -147,11 +148,14 @@ TEST_F(FileWriter, FullDiskFailsTheFlushOfASmallFile) {
   EXPECT_EQ(ReadFile(*this / "disk/small"), "");
 }
 
-TEST_F(FileWriter, FullDeviceFailsTheFlush) {
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
-  fs::create_symlink("/dev/full", *this / "full");
-  EXPECT_EQ(WriteEntryToFile(host(), "", "full", kEntry), -1);
-  EXPECT_STREQ(InstallErrorText(), "Error after writing to file \"full\".");
+TEST_F(FileWriter, WhatIsNoFileInTheFilesPlaceIsRefused) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    const std::string name = special.kind;
+    special.make(*this / name);
+    EXPECT_EQ(WriteEntryToFile(host(), "", name.c_str(), kEntry), -1);
+    EXPECT_EQ(InstallErrorText(), "Unable to write file \"" + name + "\".");
+    EXPECT_TRUE(IsSpecialFile(*this / name));
+  }
 }
 
 TEST_F(FileWriter, PathOf259CharactersIsWhole) {

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "tests/engine/engine_test.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -406,12 +407,13 @@ TEST_F(HostPreferences, UnwritableFileEndsSilently) {
   EXPECT_EQ(ReadFile(Arduino15()), "a=1\n");
 }
 
-TEST_F(HostPreferences, FullDiskEndsSilently) {
-  if (!fs::exists("/dev/full")) GTEST_SKIP() << "this system has no device that is always full";
-  fs::create_directory(data_ / "Arduino15");
-  fs::create_symlink("/dev/full", Arduino15());
-  Update();
-  EXPECT_TRUE(fs::is_symlink(Arduino15()));
+TEST_F(HostPreferences, WhatIsNoFileInTheFilesPlaceEndsSilently) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(Arduino15());
+    Update();
+    EXPECT_TRUE(IsSpecialFile(Arduino15())) << special.kind;
+    fs::remove(Arduino15());
+  }
 }
 
 }  // namespace

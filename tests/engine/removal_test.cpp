@@ -9,6 +9,7 @@
 #include "engine/file_disposition.h"
 #include "engine/install_error.h"
 #include "tests/engine/engine_test.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -49,6 +50,16 @@ TEST_F(Removal, FolderInItsPlaceIsPassedOver) {
   EXPECT_EQ(Dispose(kEntry), 0);
   EXPECT_STREQ(InstallErrorText(), "");
   EXPECT_TRUE(fs::is_directory(target_));
+}
+
+TEST_F(Removal, WhatIsNoFileInItsPlaceCountsAsAbsent) {
+  Load({{kEntry, kMark}});
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(target_);
+    EXPECT_EQ(Dispose(kEntry), 0);
+    EXPECT_TRUE(IsSpecialFile(target_)) << special.kind;
+    fs::remove(target_);
+  }
 }
 
 TEST_F(Removal, UndeletableFileFailsWithWords) {

@@ -44,6 +44,13 @@ std::string InstallTrace::Rest(long n) const {
   return path.size() > host_.size() ? path.substr(host_.size() + 1) : "";
 }
 
+// The look whether a plain file stands there. Where it fails, the opening tells.
+bool InstallTrace::IsLookBeforeOpening(std::size_t i) const {
+  if (operations_[i].name != "stat" || i + 1 == operations_.size()) return false;
+  const auto& [name, path] = operations_[i + 1];
+  return path == operations_[i].path && (name == "fopen" || name == "create" || name == "stat");
+}
+
 // The release that matches is the last whose version file is looked at; the guard's look at the
 // marker ends the recognition.
 std::size_t InstallTrace::GiveRecognitionRoles() {
@@ -60,7 +67,7 @@ std::size_t InstallTrace::GiveRecognitionRoles() {
     const auto& [name, path] = operations_[i];
     roles_[i] = i < matching ? Role::kOtherRelease : Role::kRecognition;
     // A file counts as present once it is open, and an archive's are only read.
-    if (IsClose(name) || name == "fstat") roles_[i] = Role::kHarmless;
+    if (IsClose(name) || name == "fstat" || IsLookBeforeOpening(i)) roles_[i] = Role::kHarmless;
   }
   roles_[0] = Role::kOpenHost;
   // Trouble with the marker lets the install go ahead.
@@ -80,6 +87,7 @@ std::size_t InstallTrace::GiveArchiveRoles(std::size_t i) {
     roles_[i] = committing ? Role::kCommitArchive : Role::kOpenArchive;
     static const std::set<std::string> harmless = {"fstat", "mkstemp", "ioctl", "close", "chmod"};
     if (harmless.contains(name)) roles_[i] = Role::kHarmless;
+    if (IsLookBeforeOpening(i)) roles_[i] = Role::kHarmless;
     if (committing && name == "stat") roles_[i] = Role::kHarmless;
     if (name == "fclose" && !temporary) roles_[i] = Role::kHarmless;
     if (name == "remove") roles_[i] = Role::kLeftover;

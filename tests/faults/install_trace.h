@@ -77,6 +77,7 @@ class InstallTrace {
                          const Files& after) const;
 
  private:
+  bool IsLookBeforeOpening(std::size_t i) const;
   void GiveRoles(bool with_recognition);
   std::size_t GiveRecognitionRoles();
   std::size_t GiveArchiveRoles(std::size_t i);

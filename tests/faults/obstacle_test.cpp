@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tests/faults/tried_install.h"
+#include "tests/support/special_file.h"
 
 namespace fs = std::filesystem;
 
@@ -139,6 +140,42 @@ TEST_F(HardenLinkInTheHost, InPlaceOfARetiredFileGoesAndItsTargetStays) {
   ExpectDone();
   EXPECT_FALSE(fs::is_symlink(Host("hardware/quirlo/avr/cores/quirlo4/libc.c")));
   EXPECT_EQ(ReadFile(Outside("libc.c")), "somebody's");
+}
+
+// A pipe that nobody writes to, a socket, a device without an end. The program neither waits nor
+// reads, it takes each for a file that can't be opened.
+class HardenSpecialFile : public HardenLinkInTheHost {
+ protected:
+  // Puts each kind at a path of a fresh host in turn, and gives what the install says of it.
+  std::string Errors(const std::string& path) const {
+    std::string errors;
+    for (const SpecialFile& special : kSpecialFiles) {
+      install_.host().Reset();
+      fs::remove_all(Host(path));
+      special.make(Host(path));
+      const ProgramResult result = RunProgram(PROGRAM, {install_.host().argument()});
+      EXPECT_EQ(result.status, 1) << special.kind;
+      EXPECT_TRUE(IsSpecialFile(Host(path))) << special.kind;
+      if (errors.find(result.error) == std::string::npos) errors += result.error;
+    }
+    return errors;
+  }
+  std::string Unsupported() const {
+    return "Directory \"" + install_.host().text() + "\" is not a supported Arduino\n" +
+           install_.supported();
+  }
+};
+
+TEST_F(HardenSpecialFile, InPlaceOfWhatProvesAnArduinoIsRefused) {
+  for (const char* path : {"lib/version.txt", "lib/pde.jar"}) {
+    EXPECT_EQ(Errors(path), Unsupported()) << path;
+  }
+}
+
+TEST_F(HardenSpecialFile, InPlaceOfAFileOrTheMarkerFailsTheInstall) {
+  for (const char* path : {"hardware/tools/quirlo.exe", "lib/quirloduino.txt"}) {
+    EXPECT_EQ(Errors(path), "Error: Unable to write file \"" + std::string(path) + "\".\n");
+  }
 }
 
 TEST_F(HardenLinkInTheHost, AsTheHostItselfIsFollowed) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/special_file.h"
 #include "tests/support/temp_dir.h"
 
 namespace fs = std::filesystem;
@@ -59,6 +60,27 @@ TEST_P(OpenFileModes, FolderWithTrailingSeparatorIsRefused) {
   const TempDir dir;
   EXPECT_EQ(OpenFile((dir.path() + "\\").c_str(), GetParam()), nullptr);
   EXPECT_EQ(OpenFile((dir.path() + "/").c_str(), GetParam()), nullptr);
+}
+
+// None is waited for, and none is asked for anything.
+TEST_P(OpenFileModes, WhatIsNoPlainFileIsRefusedWithAccessDenied) {
+  const TempDir dir;
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(dir / special.kind);
+    errno = 0;
+    EXPECT_EQ(OpenFile((dir / special.kind).c_str(), GetParam()), nullptr) << special.kind;
+    EXPECT_EQ(errno, EACCES) << special.kind;
+    EXPECT_TRUE(IsSpecialFile(dir / special.kind));
+  }
+}
+
+TEST_P(OpenFileModes, LinkToAFileIsOpened) {
+  const TempDir dir;
+  WriteFile(dir / "file", "content");
+  fs::create_symlink("file", dir / "link");
+  std::FILE* file = OpenFile((dir / "link").c_str(), GetParam());
+  ASSERT_NE(file, nullptr);
+  std::fclose(file);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, OpenFileModes,

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "tests/support/special_file.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -191,6 +192,16 @@ TEST_F(SpecialFolders, UserDirectoryBelowAnOverlongHomeGivesNoFolder) {
   const ScopedEnvironment variable("XDG_CONFIG_HOME", config.path());
   const ScopedEnvironment home("HOME", "/" + std::string(kSpecialFolderSize, 'h'));
   EXPECT_EQ(Documents(), std::nullopt);
+}
+
+TEST_F(SpecialFolders, SettingsThatAreNoFileAreNone) {
+  const TempDir config;
+  const ScopedEnvironment variable("XDG_CONFIG_HOME", config.path());
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(config / "user-dirs.dirs");
+    EXPECT_EQ(Documents(), home_.path()) << special.kind;
+    std::filesystem::remove(config / "user-dirs.dirs");
+  }
 }
 
 TEST_F(SpecialFolders, RestOfAnOverlongLineIsNoLineOfItsOwn) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/recognition/recognition_test.h"
+#include "tests/support/special_file.h"
 
 namespace fs = std::filesystem;
 
@@ -45,6 +46,19 @@ TEST_F(CriteriaLines, EveryLineStartsFromTheFolderAgain) {
   WriteFile(dir_ / "lib/long/name", "");
   WriteFile(dir_ / "a", "");
   EXPECT_EQ(Check("file:lib/long/name\ndir:lib\nfile:a\n").result, 1);
+}
+
+// Each kind of line that opens something, with the words for what isn't there.
+TEST_F(CriteriaLines, WhatIsNoFileInAFilesPlaceIsMissing) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(dir_ / "a");
+    EXPECT_EQ(Check("file:a"), (Verdict{0, "    file: \"a\"  missing\n"}));
+    EXPECT_EQ(Check("dir:a"), (Verdict{0, "    dir: \"a\"  missing\n"}));
+    EXPECT_EQ(Check("version:a"), (Verdict{0, "    version: \"a\"  file missing\n"}));
+    EXPECT_EQ(Check("zipfile:a"), (Verdict{0, "    zip file: \"a\"  missing or corrupt\n"}));
+    EXPECT_EQ(Check("zipcksum:a 1 2 B"), (Verdict{0, "    java: \"a\" missing\n"}));
+    fs::remove(dir_ / "a");
+  }
 }
 
 TEST_F(CriteriaLines, CarriageReturnIsPartOfTheName) {

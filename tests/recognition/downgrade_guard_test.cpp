@@ -10,6 +10,7 @@
 #include "store/host_selection.h"
 #include "store/package_version.h"
 #include "tests/recognition/recognition_test.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -30,6 +31,16 @@ struct MarkerCase {
 
 void PrintTo(const MarkerCase& test, std::ostream* stream) {
   *stream << test.situation;
+}
+
+class MarkerFile : public RecognitionTest {};
+
+TEST_F(MarkerFile, WhatIsNoFileInItsPlaceLetsTheInstallGoAhead) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(dir_ / "lib/quirloduino.txt");
+    EXPECT_EQ(CheckDowngrade(Folder().c_str()), 1) << special.kind;
+    std::filesystem::remove(dir_ / "lib/quirloduino.txt");
+  }
 }
 
 class DowngradeGuard : public RecognitionTest, public testing::WithParamInterface<MarkerCase> {};

@@ -6,6 +6,7 @@
 #include "recognition/downgrade_guard.h"
 #include "recognition/identify_arduino.h"
 #include "tests/recognition/recognition_test.h"
+#include "tests/support/special_file.h"
 
 namespace {
 
@@ -33,6 +34,15 @@ class WindowsAppNote : public RecognitionTest {
   TempDir user_;
   ScopedEnvironment home_variable_{"HOME", user_.path()};
 };
+
+TEST_F(WindowsAppNote, WhatIsNoFileInTheFilesPlaceGivesNone) {
+  const std::string path = dir_ / "Documents/ArduinoData/preferences.txt";
+  for (const SpecialFile& special : kSpecialFiles) {
+    special.make(path);
+    EXPECT_EQ(Note(), "") << special.kind;
+    std::filesystem::remove(path);
+  }
+}
 
 TEST_F(WindowsAppNote, HardwarePathInTheAppGivesTheNote) {
   SetPreferences(std::string("board=uno\r\n") + kAppLine + "\r\nzoom=100\r\n");
