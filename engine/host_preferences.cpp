@@ -1,5 +1,6 @@
 #include "engine/host_preferences.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -12,6 +13,10 @@
 namespace {
 
 constexpr std::size_t kPathSize = 260;
+
+// One byte more, the NUL behind the text, and a size of 32 bits would wrap to nothing. The same on
+// every build: no preferences are that long.
+constexpr std::uint64_t kMostBytes = 0xFFFFFFFE;
 
 constexpr const char* kBoards[] = {"quirlo31", "quirlo35", "quirlo36", "quirlo40", "quirlo41",
                                    "quirloMM", "quirlo30", "quirloLC", "quirlo2",  "quirlopp2"};
@@ -117,7 +122,7 @@ void Rewrite(std::FILE* file, const char* text, const char* end,
 // The whole file with a NUL behind it, which the caller frees; null on any failure.
 char* ReadWholeFile(const char* path, std::size_t* size) {
   PathStatus status;
-  if (!StatPath(path, &status)) return nullptr;
+  if (!StatPath(path, &status) || status.size > kMostBytes) return nullptr;
   *size = static_cast<std::size_t>(status.size);
   char* text = static_cast<char*>(std::malloc(*size + 1));
   if (text == nullptr) return nullptr;

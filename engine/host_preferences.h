@@ -8,7 +8,8 @@
 const char* FindPreferences(const char* dir, int version);
 
 // Rewrites that file in place, without backup, unless its board, package and platform are all ours
-// already: then it isn't touched. As soon as one of the three isn't, every line of all three keys
-// is replaced, and a key that is missing is put at the head. Replacement lines end in a carriage
-// return and a line feed, all other lines stay byte for byte as they are.
+// already, or it has 4 GiB less one byte or more: then it isn't touched. As soon as one of the
+// three isn't, every line of all three keys is replaced, and a key that is missing is put at the
+// head. Replacement lines end in a carriage return and a line feed, all other lines stay byte for
+// byte as they are.
 void UpdatePreferences(const char* dir, int version);

@@ -38,7 +38,8 @@ int WriteEntryToArchive(const char* base, const char* object, std::uint32_t inde
 
 // Writes the open archive's changes to disk and closes it. True when none was open or it closed
 // well. On false the changes are dropped and the archive on disk is as it was. A rewritten archive
-// has the permissions it had, but for set-id bits, and its owner and group where the system lets us.
+// has the permissions it had, but for set-id bits, and its owner and group where the system lets
+// us.
 bool CloseOpenArchive();
 
 // Makes sure that the folder `path` exists, making it and its parents below `base` where missing.

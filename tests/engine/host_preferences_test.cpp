@@ -388,6 +388,18 @@ TEST_F(HostPreferences, FolderInItsPlaceEndsSilently) {
   EXPECT_EQ(ReadFile(Arduino15()), "a=1\n");  // the folder has taken precedence
 }
 
+// Their sizes, or the sizes and one, are 0 and 1 in 32 bits. A file of holes takes no room.
+TEST_F(HostPreferences, FileBeyondThe32BitSizesIsLeftAlone) {
+  for (const std::uintmax_t size : {0xFFFFFFFFULL, 0x100000000ULL, 0x100000001ULL}) {
+    WriteFile(Arduino15(), "board=uno\n");
+    fs::resize_file(Arduino15(), size);
+    const struct stat before = Touch(Arduino15());
+    Update();
+    ExpectUntouched(Arduino15(), before);
+    EXPECT_EQ(fs::file_size(Arduino15()), size);
+  }
+}
+
 TEST_F(HostPreferences, UnreadableFileEndsSilently) {
   WriteFile(Arduino15(), "a=1\n");
   chmod(Arduino15().c_str(), 0222);
