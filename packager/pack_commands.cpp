@@ -4,10 +4,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "packager/depfile.h"
 #include "packager/file_io.h"
+#include "packager/installer_file.h"
 #include "packager/output_set.h"
 #include "packager/payload_plan.h"
 #include "packager/progress_bar.h"
@@ -60,6 +62,12 @@ fs::path LinkFolderOf(const PackRequest& request) {
   return folder;
 }
 
+// Whether `path` is a finished installer rather than a folder.
+bool IsFile(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored);
+}
+
 // The standard output may be a full disk.
 void Print(const std::string& text) {
   errno = 0;
@@ -100,19 +108,22 @@ void PackTree(const PackRequest& request) {
   links.Commit();
 }
 
-void ListTree(const fs::path& tree) {
-  const PayloadPlan plan = PlanPayload(tree);
+void ListEntries(const fs::path& source) {
+  const std::vector<PayloadFile> entries =
+      IsFile(source) ? ReadInstallerTable(source).entries : TableEntries(PlanPayload(source));
   std::string text;
-  for (std::size_t i = 0; i < plan.entries.size(); ++i) {
-    const PlannedEntry& entry = plan.entries[i];
-    text += std::to_string(i) + "\t" + std::to_string(entry.size) + "\t" + entry.name + "\n";
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    text +=
+        std::to_string(i) + "\t" + std::to_string(entries[i].size) + "\t" + entries[i].name + "\n";
   }
   Print(text);
 }
 
-void VerifyPacked(const fs::path& folder, const fs::path& tree) {
+void VerifyPacked(const fs::path& packed_in, const fs::path& tree) {
   const PackedPayload packed =
-      ReadPackedPayload({folder / kFrameName, folder / kTableName, folder / kTableSourceName});
+      IsFile(packed_in) ? ReadInstaller(packed_in)
+                        : ReadPackedPayload({packed_in / kFrameName, packed_in / kTableName,
+                                             packed_in / kTableSourceName});
   CheckPackedPayload(packed);
   if (!tree.empty()) CompareWithTree(packed, PlanPayload(tree));
   Print("verified: " + std::to_string(packed.table.entries.size()) + " entries, " +

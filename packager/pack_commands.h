@@ -22,11 +22,12 @@ inline constexpr char kTableSourceName[] = "payload_tables.cpp";
 // file. After a throw none of them stands there, not even from an earlier run.
 void PackTree(const PackRequest& request);
 
-// Prints index, size and name of every entry of the tree's table, tabs between them.
-void ListTree(const std::filesystem::path& tree);
+// Prints index, size and name of every entry of a table, tabs between them: of the table that a
+// tree will have, or when `source` is a file, of the one that this finished installer carries.
+void ListEntries(const std::filesystem::path& source);
 
 // Checks a packed payload as the installer would meet it: that tables and frame agree, that the
-// frame expands with its checksum right, and every rule for names, order and control files. When
-// `tree` isn't empty, the entries must also be those of that tree, byte for byte. Prints one line
-// when all is well.
-void VerifyPacked(const std::filesystem::path& folder, const std::filesystem::path& tree);
+// frame expands with its checksum right, and every rule for names, order and control files.
+// `packed_in` is a folder that `pack` wrote or a finished installer. When `tree` isn't empty, the
+// entries must also be those of that tree, byte for byte. Prints one line when all is well.
+void VerifyPacked(const std::filesystem::path& packed_in, const std::filesystem::path& tree);

@@ -44,14 +44,17 @@ int Run(int argc, char** argv) {
   pack->callback([&request] { PackTree(request); });
 
   std::string listed;
-  CLI::App* list = app.add_subcommand("list", "List a payload tree in table order");
-  list->add_option("TREE", listed, "The folder that holds the payload")->required();
-  list->callback([&listed] { ListTree(listed); });
+  CLI::App* list = app.add_subcommand(
+      "list", "List the entries of a payload tree, or of an installer, in table order");
+  list->add_option("TREE", listed, "The folder that holds the payload, or an installer")
+      ->required();
+  list->callback([&listed] { ListEntries(listed); });
 
   std::string verified;
   std::string compared;
-  CLI::App* verify = app.add_subcommand("verify", "Check a packed payload against its tables");
-  verify->add_option("DIR", verified, "The folder that `pack` wrote")->required();
+  CLI::App* verify =
+      app.add_subcommand("verify", "Check a packed payload, or an installer, against its tables");
+  verify->add_option("DIR", verified, "The folder that `pack` wrote, or an installer")->required();
   verify->add_option("--tree", compared, "Also compare it with this payload tree, byte for byte")
       ->type_name("TREE");
   verify->callback([&verified, &compared] { VerifyPacked(verified, compared); });

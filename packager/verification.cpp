@@ -1,8 +1,8 @@
 #include "packager/verification.h"
 
 #include <algorithm>
-#include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "packager/entry_names.h"
 #include "packager/file_io.h"
@@ -33,11 +33,6 @@ std::string ReadFrameFile(const std::filesystem::path& path, const PayloadTable&
   return frame;
 }
 
-std::string_view BytesOf(const PackedPayload& packed, std::size_t index) {
-  return std::string_view(packed.content)
-      .substr(packed.position[index], packed.table.entries[index].size);
-}
-
 void CompareContent(const PackedPayload& packed, std::size_t index, const PayloadPlan& plan) {
   const PlannedEntry& entry = plan.entries[index];
   std::string_view expected = BytesOf(packed, index);
@@ -52,22 +47,32 @@ void CompareContent(const PackedPayload& packed, std::size_t index, const Payloa
 
 }  // namespace
 
-PackedPayload ReadPackedPayload(const PackedFiles& files) {
-  const std::string table_name = files.table.string();
-  PackedPayload packed{ParseTableText(table_name, ReadWholeFile(files.table, table_name)), {}, {}};
-  CheckSizesSum(table_name, packed.table);
-  const std::string source_name = files.table_source.string();
-  if (ReadWholeFile(files.table_source, source_name) != TableSource(packed.table)) {
-    throw Refusal(source_name, "doesn't agree with " + table_name);
-  }
-  packed.content = ExpandFrame(files.frame.string(), ReadFrameFile(files.frame, packed.table),
-                               packed.table.content_size);
+PackedPayload ExpandPayload(const std::string& name, PayloadTable table, std::string_view frame) {
+  PackedPayload packed{std::move(table), {}, {}};
+  packed.content = ExpandFrame(name, frame, packed.table.content_size);
   std::uint64_t position = 0;
   for (const PayloadFile& entry : packed.table.entries) {
     packed.position.push_back(position);
     position += entry.size;
   }
   return packed;
+}
+
+std::string_view BytesOf(const PackedPayload& packed, std::size_t index) {
+  return std::string_view(packed.content)
+      .substr(packed.position[index], packed.table.entries[index].size);
+}
+
+PackedPayload ReadPackedPayload(const PackedFiles& files) {
+  const std::string table_name = files.table.string();
+  PayloadTable table = ParseTableText(table_name, ReadWholeFile(files.table, table_name));
+  CheckSizesSum(table_name, table);
+  const std::string source_name = files.table_source.string();
+  if (ReadWholeFile(files.table_source, source_name) != TableSource(table)) {
+    throw Refusal(source_name, "doesn't agree with " + table_name);
+  }
+  const std::string frame = ReadFrameFile(files.frame, table);
+  return ExpandPayload(files.frame.string(), std::move(table), frame);
 }
 
 void CheckPackedPayload(const PackedPayload& packed) {
