@@ -1,11 +1,14 @@
 #include "packager/criteria_file.h"
 
+#include <cstdio>
 #include <fstream>
-#include <string_view>
+#include <memory>
+#include <optional>
 
 #include "packager/jar_file.h"
 #include "packager/refusal.h"
 #include "packager/release_name.h"
+#include "recognition/version_file.h"
 #include "store/payload_format.h"
 
 namespace fs = std::filesystem;
@@ -29,20 +32,36 @@ constexpr Member kMembers[] = {
     {"lib/arduino-core.jar", "processing/app/debug/TargetPlatform.class"},
 };
 
-std::string ReadFirstLine(const fs::path& path) {
+// Opening what is no plain file might wait for ever.
+bool IsReadableFile(const fs::path& path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error) && std::ifstream(path).is_open();
+}
+
+// The first line that says something, for people.
+std::string FirstWords(const fs::path& path) {
   std::ifstream file(path);
   std::string line;
-  if (!file.is_open()) throw Refusal(path.string(), "can't be opened");
-  std::getline(file, line);
+  while (std::getline(file, line) && line.find_first_not_of(" \t\r") == std::string::npos) {
+  }
   return line;
+}
+
+std::optional<ArduinoVersion> VersionOf(const fs::path& path) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+      IsReadableFile(path) ? std::fopen(path.c_str(), "r") : nullptr, std::fclose);
+  if (file == nullptr) throw Refusal(path.string(), "can't be opened");
+  ArduinoVersion version;
+  if (ReadVersionFile(file.get(), &version) != VersionFile::kRead) return std::nullopt;
+  return version;
 }
 
 void CheckVersion(const fs::path& folder, const std::string& release) {
   const fs::path path = folder / kVersionFile;
-  const std::string line = ReadFirstLine(path);
-  if (ScanFolderVersion(line) != ScanReleaseNumbers(release)) {
-    throw Refusal(path.string(),
-                  "says \"" + line + "\", which the installer won't take for " + release);
+  const auto [major, minor, patch, beta] = ScanReleaseNumbers(release).value();
+  if (VersionOf(path) != ArduinoVersion{major, minor, patch, beta}) {
+    throw Refusal(path.string(), "says \"" + Printable(FirstWords(path)) +
+                                     "\", which the installer won't take for " + release);
   }
 }
 
@@ -58,7 +77,7 @@ void CheckFolder(const fs::path& folder, const CriteriaRequest& request) {
   CheckVersion(folder, request.release);
   for (const std::string& file : request.files) {
     const fs::path path = folder / file;
-    if (!std::ifstream(path).is_open()) throw Refusal(path.string(), "can't be opened");
+    if (!IsReadableFile(path)) throw Refusal(path.string(), "can't be opened");
   }
 }
 

@@ -36,20 +36,6 @@ std::optional<ReleaseNumbers> ScanReleaseNumbers(std::string_view text) {
   return numbers;
 }
 
-std::optional<ReleaseNumbers> ScanFolderVersion(std::string_view text) {
-  if (auto numbers = ScanReleaseNumbers(text)) {
-    numbers->beta = 0;  // the installer looks for no "-beta" in a folder
-    return numbers;
-  }
-  ReleaseNumbers numbers{};
-  if (!TakeText(&text, "PR-beta") || !TakeNumber(&text, &numbers.major) || !TakeText(&text, ".") ||
-      !TakeNumber(&text, &numbers.minor) || !TakeText(&text, "-BUILD-") ||
-      !TakeNumber(&text, &numbers.beta)) {
-    return std::nullopt;
-  }
-  return numbers;
-}
-
 void CheckReleaseName(std::string_view name) {
   if (!ScanReleaseNumbers(name)) {
     throw Refusal(name, "a release's name must begin with three numbers, as in 1.8.19");

@@ -18,10 +18,6 @@ struct ReleaseNumbers {
 // three. Whatever else follows is of no account.
 std::optional<ReleaseNumbers> ScanReleaseNumbers(std::string_view text);
 
-// The version that an Arduino folder's lib/version.txt states, as the installer reads it: three
-// numbers and no beta, or "PR-beta", two numbers, "-BUILD-" and the build as beta; else none.
-std::optional<ReleaseNumbers> ScanFolderVersion(std::string_view text);
-
 // Throws Refusal, in words about the release, unless `name` fits the installer's fixed text and
 // begins with three numbers.
 void CheckReleaseName(std::string_view name);

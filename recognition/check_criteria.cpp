@@ -11,6 +11,7 @@
 #include "recognition/check_log.h"
 #include "recognition/cksum.h"
 #include "recognition/criteria_line.h"
+#include "recognition/version_file.h"
 #include "recognition/zipcksum_line.h"
 #include "store/embedded_file_store.h"
 
@@ -21,25 +22,17 @@ constexpr std::size_t kFolderLimit = 4315;  // characters of the folder that ent
 constexpr std::size_t kJoinedLimit = 4354;  // characters of folder and argument together
 constexpr std::size_t kShownSize = 1024;
 constexpr std::size_t kShownLimit = 1022;  // characters of an argument that the log shows
-constexpr std::size_t kVersionLineSize = 128;
-
-struct Version {
-  int major;
-  int minor;
-  int patch;
-  int beta;
-};
 
 // What one check works with. The path buffer holds the folder, then the line's argument behind it,
 // and serves as the read buffer once a jar's member is open.
 struct Check {
-  Version expected;
+  ArduinoVersion expected;
   char path[kPathSize];
   std::size_t folder_length;
   char shown[kShownSize];
 };
 
-bool ScanExpected(const char* name, Version* version) {
+bool ScanExpected(const char* name, ArduinoVersion* version) {
   if (std::sscanf(name, "%d.%d.%d-beta%d", &version->major, &version->minor, &version->patch,
                   &version->beta) == 4) {
     return true;
@@ -80,30 +73,6 @@ bool CheckFileLine(Check* check) {
   return true;
 }
 
-// Reads the version that the file names. False, with the reason logged, when it names none. The
-// "-beta" form is deliberately not read here: it stands in entry names alone, and only the PR-beta
-// form of old test builds brings a beta number.
-bool ScanVersionFile(std::FILE* file, Version* found) {
-  found->beta = 0;
-  if (std::fscanf(file, "%d.%d.%d", &found->major, &found->minor, &found->patch) == 3) return true;
-  std::rewind(file);
-  char line[kVersionLineSize];
-  if (std::fgets(line, sizeof line, file) == nullptr) {
-    LogPrintf(" incorrect version format\n");
-    return false;
-  }
-  if (AfterPrefix(line, "nightly") != nullptr) {
-    LogPrintf(" Nightly builds are not supported\n");
-    return false;
-  }
-  if (std::sscanf(line, "PR-beta%d.%d-BUILD-%d", &found->major, &found->minor, &found->beta) != 3) {
-    LogPrintf(" incorrect version format\n");
-    return false;
-  }
-  found->patch = 0;
-  return true;
-}
-
 bool CheckVersionLine(Check* check) {
   LogPrintf("    version: \"%s\" ", check->shown);
   std::FILE* file = OpenFile(check->path, "r");
@@ -111,14 +80,14 @@ bool CheckVersionLine(Check* check) {
     LogPrintf(" file missing\n");
     return false;
   }
-  Version found;
-  const bool scanned = ScanVersionFile(file, &found);
+  ArduinoVersion found;
+  const VersionFile result = ReadVersionFile(file, &found);
   std::fclose(file);
-  if (!scanned) return false;
+  if (result == VersionFile::kNightly) LogPrintf(" Nightly builds are not supported\n");
+  if (result == VersionFile::kMalformed) LogPrintf(" incorrect version format\n");
+  if (result != VersionFile::kRead) return false;
 
-  const Version& expected = check->expected;
-  if (found.major == expected.major && found.minor == expected.minor &&
-      found.patch == expected.patch && found.beta == expected.beta) {
+  if (found == check->expected) {
     LogPrintf(" version matches\n");
     return true;
   }

@@ -4,10 +4,11 @@
 #pragma once
 
 // `dir` ends in a separator, or is empty while the list of drives is shown: that is no folder and
-// matches nothing, and nothing is opened for it. Returns the release's number, major * 10000 + minor * 100 + patch,
-// with HostVersion set to its name; 0, with HostVersion empty, when none matched. The first in
-// table order that fits its criteria and passes the downgrade guard wins. The caller stores the
-// result in HostVersionNumber. Blocks while it reads; nothing is kept between calls.
+// matches nothing, and nothing is opened for it. Returns the release's number, major * 10000 +
+// minor * 100 + patch, with HostVersion set to its name; 0, with HostVersion empty, when none
+// matched. The first in table order that fits its criteria and passes the downgrade guard wins. The
+// caller stores the result in HostVersionNumber. Blocks while it reads; nothing is kept between
+// calls.
 int IdentifyArduino(const char* dir);
 
 // The answer for a folder that is refused unseen: rewrites the check log with `reason`, a line with

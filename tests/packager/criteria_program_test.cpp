@@ -4,6 +4,7 @@
 #include "recognition/cksum.h"
 #include "tests/packager/payload_fixture.h"
 #include "tests/support/jars.h"
+#include "tests/support/special_file.h"
 
 namespace fs = std::filesystem;
 
@@ -143,6 +144,35 @@ TEST_F(Criteria, FolderOfAnotherReleaseIsRefused) {
   ExpectRefused({"1.8.19", one}, one +
                                      "/lib/version.txt: says \"1.8.13\", which the installer "
                                      "won't take for 1.8.19");
+}
+
+// All that the installer reads as 1.8.19, and nothing else.
+TEST_F(Criteria, VersionIsReadAsTheInstallerReadsIt) {
+  for (const char* version : {"1.8.19", "\n\n1.8.19\n", " \t1.8.19", "\r\n1.8.19\r\n", "1.\n8. 19",
+                              "+1.08.19-beta2", "1.8.19.4"}) {
+    EXPECT_EQ(Run({"1.8.19", MakeFolder("one", version)}).error, "") << version;
+  }
+  EXPECT_EQ(Run({"1.5.0-beta48", MakeFolder("one", "PR-beta1.5-BUILD-48\n")}).error, "");
+  const std::string file = MakeFolder("one") + "/lib/version.txt";
+  for (const char* version : {"1.8", "1.8 .19", "nightly", "v1.8.19", "PR-beta1.8-BUILD-19"}) {
+    ExpectRefused({"1.8.19", MakeFolder("one", version)},
+                  file + ": says \"" + version + "\", which the installer won't take for 1.8.19");
+  }
+  ExpectRefused({"1.8.19", MakeFolder("one", "\n \n1.8.5\n")},
+                file + ": says \"1.8.5\", which the installer won't take for 1.8.19");
+  ExpectRefused({"1.8.19", MakeFolder("one", "")},
+                file + ": says \"\", which the installer won't take for 1.8.19");
+}
+
+TEST_F(Criteria, WhatIsNoFileInAFilesPlaceCannotBeOpened) {
+  for (const SpecialFile& special : kSpecialFiles) {
+    const std::string one = MakeFolder(special.kind);
+    special.make(one + "/extra");
+    ExpectRefused({"1.8.19", one, "--file", "extra"}, one + "/extra: can't be opened");
+    fs::remove(one + "/lib/version.txt");
+    special.make(one + "/lib/version.txt");
+    ExpectRefused({"1.8.19", one}, one + "/lib/version.txt: can't be opened");
+  }
 }
 
 TEST_F(Criteria, FolderWithoutAVersionIsRefused) {

@@ -22,14 +22,4 @@ TEST(ReleaseName, FewerThanThreeNumbersAreNone) {
   }
 }
 
-TEST(ReleaseName, FolderHasNoBetaBehindThreeNumbers) {
-  ExpectNumbers(ScanFolderVersion("1.8.19-beta2"), {1, 8, 19, 0});
-}
-
-TEST(ReleaseName, FolderOfABetaBuildHasTheBuildForItsBeta) {
-  ExpectNumbers(ScanFolderVersion("PR-beta1.9-BUILD-4"), {1, 9, 0, 4});
-  EXPECT_FALSE(ScanFolderVersion("PR-beta1.9").has_value());
-  EXPECT_FALSE(ScanFolderVersion("nightly").has_value());
-}
-
 }  // namespace
