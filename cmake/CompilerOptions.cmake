@@ -5,6 +5,16 @@ target_include_directories(quirloduino_options INTERFACE "${PROJECT_SOURCE_DIR}"
 target_compile_options(
   quirloduino_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wshadow -Wconversion -Werror>)
 
+# What is handed out carries nothing of the machine or the folder that it was built on: the same
+# sources and payload give the same bytes everywhere. tests/binaries/delivered_form compares them.
+option(QUIRLODUINO_DELIVERED "Build what is handed out: without symbols and paths" OFF)
+if(QUIRLODUINO_DELIVERED)
+  target_compile_options(
+    quirloduino_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
+                                  "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
+  target_link_options(quirloduino_options INTERFACE -s LINKER:--build-id=none)
+endif()
+
 # The program writes over a folder that somebody downloaded, so a defect must end it and not become
 # a way in: guarded stacks, checked calls of the C library, a place in memory that nobody knows
 # beforehand, tables that are read-only from the start. tests/binaries reads it from the files.

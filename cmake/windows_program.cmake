@@ -1,11 +1,6 @@
 # What makes an executable of ours a finished Windows program.
 enable_language(RC)
 
-# Nothing of the machine or the folder that it is built on enters the file: two builds of the same
-# sources and payload give the same bytes.
-target_compile_options(
-  quirloduino_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=."
-                                "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
 target_link_options(quirloduino_options INTERFACE -static -fstack-protector-strong)
 
 # The version resource is filled from the header that the program itself reads.
@@ -37,7 +32,6 @@ function(quirloduino_windows_program target)
     ${target}
     PRIVATE
     -mwindows
-    -s
     LINKER:--dynamicbase,--nxcompat,--large-address-aware
-    LINKER:--no-insert-timestamp,--build-id=none)
+    LINKER:--no-insert-timestamp)
 endfunction()
