@@ -1,13 +1,15 @@
 // Removes six library folders of old package versions from the host, at the end of an install from
 // the wizard. A courtesy of the install: every failure is passed over, what can't be removed stays,
-// and nothing here reports anything. Deletes below the folder of LIBRARY_SUBDIR alone, but follows
-// links on its way, as stat does.
+// and nothing here reports anything. Deletes what lies by its path in the six folders below that of
+// LIBRARY_SUBDIR, and through links that lead out of them, as stat follows those.
 #pragma once
 
 // Removes the six paths, in order, from the host folder `dir`, which may end in a separator,
 // whatever libraries the user chose. A path that is no folder is passed over.
 void RemoveOldLibraries(const char* dir);
 
-// Deletes all that the folder `path` holds and leaves the folder itself to the caller. 1 when it
-// could be opened, 0 when not.
+// Deletes what the folder `path` holds and leaves the folder itself to the caller. An entry whose
+// path would pass 259 characters is taken for the one with the beginning of its name. 1 when the
+// folder could be opened, whatever stayed in it; 0 when not, or when its path has 258 characters or
+// more and so leaves no room for an entry's name.
 int RemoveTree(const char* path);

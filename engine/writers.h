@@ -1,7 +1,7 @@
 // The two writers that put a payload entry into the host, as a plain file or as an object of one of
 // the host's jar archives, the folder operations with their containment rule, and the one open
-// archive. Writes below the base folder that the caller gives, and nowhere else; what was written
-// stays, whatever fails later.
+// archive. Makes folders below the base folder that the caller gives, and nowhere else by its text;
+// links that stand there are followed. What was written stays, whatever fails later.
 //
 // A result of 1 is written, 0 (folders) is there, negative is a failure with its words in the
 // shared error text (engine/install_error.h), but for the one case named at MakeDirectoryChain.
