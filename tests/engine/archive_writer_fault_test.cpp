@@ -39,7 +39,10 @@ class ArchiveRefusal : public EngineTest, public testing::WithParamInterface<Ref
   }
   void ExpectRefusal() const {
     const ScopedFailure failure(GetParam().call);
+    const CallCount freed(Call::kZipSourceFree);
     EXPECT_EQ(WriteEntryToArchive(host(), GetParam().object, 0, "lib/pde.jar"), -1);
+    // A source that was made and that no archive has taken over is given back.
+    EXPECT_EQ(freed.Get(), GetParam().call == Call::kZipSourceBuffer ? 0 : 1);
     EXPECT_STREQ(InstallErrorText(), GetParam().text);
     EXPECT_EQ(OpenArchive.handle, nullptr);
   }

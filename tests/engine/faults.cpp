@@ -71,6 +71,7 @@ void* __real_malloc(std::size_t size);
 int __real_mkdir(const char* path, mode_t mode);
 zip_int64_t __real_zip_add(zip_t* archive, const char* name, zip_source_t* source);
 int __real_zip_close(zip_t* archive);
+void __real_zip_source_free(zip_source_t* source);
 zip_t* __real_zip_open(const char* path, int flags, int* error);
 int __real_zip_replace(zip_t* archive, zip_uint64_t index, zip_source_t* source);
 zip_source_t* __real_zip_source_buffer(zip_t* archive, const void* data, zip_uint64_t size,
@@ -108,6 +109,11 @@ int __wrap_mkdir(const char* path, mode_t mode) {
 
 zip_int64_t __wrap_zip_add(zip_t* archive, const char* name, zip_source_t* source) {
   return Fails(Call::kZipAdd) ? -1 : __real_zip_add(archive, name, source);
+}
+
+void __wrap_zip_source_free(zip_source_t* source) {
+  Fails(Call::kZipSourceFree);
+  __real_zip_source_free(source);
 }
 
 // As on a file system that shares blocks, where the library makes the new file with mkstemp.

@@ -17,6 +17,7 @@ enum class Call {
   kZipOpen,            // only counted
   kZipReplace,
   kZipSourceBuffer,
+  kZipSourceFree,  // only counted
 };
 
 // Makes every such call fail, after as much of its work as a real failure would have done, for the
@@ -29,7 +30,8 @@ class ScopedFailure {
   ScopedFailure& operator=(const ScopedFailure&) = delete;
 };
 
-// How often mkdir and zip_open were called since the object was made.
+// How often mkdir, zip_open or zip_source_free was called since the object was made, by our own
+// code.
 class CallCount {
  public:
   explicit CallCount(Call call);

@@ -66,6 +66,23 @@ class HostPreferences : public EngineTest {
   ScopedEnvironment environment_;
 };
 
+// A path of 259 characters is whole, and one more is cut and so leads nowhere.
+TEST_F(HostPreferences, PathIsFoundUpTo259Characters) {
+  constexpr std::size_t kLongest = 259;
+  const std::string end = "/portable/preferences.txt";
+  for (const std::size_t length : {kLongest - 20, kLongest, kLongest + 1}) {
+    std::string folder = *this / "";
+    folder += std::string(length - end.size() - folder.size(), 'p');
+    WriteFile(folder + end, "a=1\n");
+    const char* path = FindPreferences(folder.c_str(), k1819);
+    if (length > kLongest) {
+      EXPECT_EQ(path, nullptr);
+    } else {
+      EXPECT_STREQ(path, (folder + end).c_str());
+    }
+  }
+}
+
 // Where the file lies, by version.
 
 enum class Place { kNone, kArduino, kArduino15, kPortable };

@@ -78,6 +78,21 @@ TEST_F(LibraryQuery, FirstOfTwoEqualRowsCounts) {
   EXPECT_EQ(LibrarySelected("OneWire"), 0);
 }
 
+// The kept name answers for itself alone, not for what begins like it or is its beginning.
+TEST_F(LibraryQuery, KeptNameIsComparedWhole) {
+  list_.add("OneWireSlave", 1);
+  list_.add("One", 0);
+  list_.add("Other", 0);
+  EXPECT_EQ(FindLibrary("OneWire"), 2);
+  EXPECT_EQ(FindLibrary("OneWireSlave"), 4);
+  EXPECT_EQ(FindLibrary("OneWire"), 2);
+  EXPECT_EQ(FindLibrary("One"), 5);
+  EXPECT_EQ(FindLibrary("OneWire"), 2);
+  EXPECT_EQ(FindLibrary("Other"), 6);
+  EXPECT_EQ(FindLibrary("OneWire"), 2);
+  EXPECT_EQ(FindLibrary("Onc"), 0);
+}
+
 // The row found last is kept, not looked up again: the same text answers without a list's help.
 TEST_F(LibraryQuery, RowFoundLastIsKept) {
   EXPECT_EQ(FindLibrary("OneWire"), 2);

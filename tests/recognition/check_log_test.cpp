@@ -9,9 +9,16 @@
 
 namespace {
 
+// As the program begins, before any fixture sets it; in a process of its own, as ctest runs each.
+const Fl_Text_Buffer* const kInitialBuffer = LogBuffer;
+
 class CheckLog : public RecognitionTest {};
 
 TEST_F(CheckLog, BeginsWithoutABuffer) {
+  EXPECT_EQ(kInitialBuffer, nullptr);
+}
+
+TEST_F(CheckLog, WithoutABufferTheWordsAreLost) {
   LogBuffer = nullptr;
   LogPrintf("%s\n", "lost");
   LogClear();

@@ -82,6 +82,9 @@ const MarkerCase kMarkers[] = {
     {"HexadecimalIsReadAsItsLeadingZero", "0x10", nullptr},
     // The number lies beyond the 1,283 characters that are read.
     {"LineIsReadTo1283Characters", std::string(1283, ' ') + "1.61", nullptr},
+    {"NumberUpToTheLastCharacterReadCounts", std::string(1279, ' ') + "1.61", "1.61"},
+    {"ExponentIsPartOfTheNumber", "161e-2", "1.61"},
+    {"CapitalExponentIsPartOfTheNumber", "0.161E+1", "1.61"},
     {"NumberAtTheEndOfTheCharactersReadIsCut", std::string(1282, ' ') + "19", nullptr},
 };
 

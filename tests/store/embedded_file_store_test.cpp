@@ -31,6 +31,16 @@ TEST(LoadEmbeddedFiles, EveryEntryGetsItsOwnBytes) {
   }
 }
 
+// The table's unit is the sum's: 4 + (4 GiB - 1) + 5 are 8 bytes.
+TEST(LoadEmbeddedFiles, SizesAreSummedIn32Bits) {
+  TestStore store({{"a", "1234"}, {"b", ""}, {"c", "5678"}}, false);
+  store.SetSize(1, 0xFFFFFFFF);
+  store.SetSize(2, 5);
+  ASSERT_TRUE(LoadEmbeddedFiles());
+  EXPECT_EQ(ContentAt(0), "1234");
+  EXPECT_EQ(Store.data[1], Store.data[0] + 4);
+}
+
 TEST(LoadEmbeddedFiles, BeforeItTheDataTableIsEmpty) {
   const TestStore store(FourEntries(), false);
   for (std::uint32_t i = 0; i < Store.entry_count; ++i) EXPECT_EQ(Store.data[i], nullptr);

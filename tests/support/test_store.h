@@ -27,6 +27,9 @@ class TestStore {
   const std::string& frame() const { return frame_; }
   void SetFrame(std::string frame);
 
+  // Another size of an entry than its content has (not loaded).
+  void SetSize(std::size_t index, std::uint32_t size) { sizes_[index] = size; }
+
   // All contents end to end.
   const std::string& content() const { return content_; }
 

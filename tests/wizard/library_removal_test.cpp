@@ -76,15 +76,54 @@ TEST_F(OldLibraries, MissingHostTextRemovesNothing) {
 }
 
 TEST_F(OldLibraries, WithoutAReleaseNothingIsRemoved) {
+  // Also where a missing place would be taken for the host folder itself, or for the words in which
+  // a missing text is shown.
+  for (const std::string& library : kOld) {
+    WriteFile(host_ + "/" + library + "/file.h", "stays");
+    WriteFile(host_ + "/(null)" + library + "/file.h", "stays");
+  }
+  const auto before = ReadTree(host_);
   SelectRelease("");
   RemoveOldLibraries((host_ + "/").c_str());
-  for (const std::string& library : kOld) EXPECT_TRUE(fs::exists(libraries_ + library));
+  EXPECT_EQ(ReadTree(host_), before);
+}
+
+// The copy of the host's text holds every host that the program can have.
+TEST_F(OldLibraries, HostOf160CharactersLosesItsOldLibrariesToo) {
+  std::string host = dir_.path();
+  host += "/" + std::string(159 - host.size(), 'h');
+  fs::rename(host_, host);
+  RemoveOldLibraries((host + "/").c_str());
+  EXPECT_THAT(Names(host + "/" + kLibraries), ElementsAre("SD/"));
+}
+
+TEST_F(OldLibraries, EveryFolderIsClosedAgain) {
+  const auto open_handles = [] {
+    return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+  };
+  const auto before = open_handles();
+  RemoveOldLibraries((host_ + "/").c_str());
+  EXPECT_EQ(open_handles(), before);
 }
 
 TEST_F(OldLibraries, PathThatDoesNotExistIsPassedOver) {
   fs::remove_all(libraries_ + "Adafruit_GFX");
   RemoveOldLibraries((host_ + "/").c_str());
   EXPECT_THAT(Left(), ElementsAre("SD/"));
+}
+
+// It could be removed, being empty, but nobody has seen that.
+TEST_F(OldLibraries, FolderThatCannotBeOpenedIsPassedOver) {
+  const std::string closed = libraries_ + "openGLCD";
+  fs::remove_all(closed);
+  fs::create_directory(closed);
+  fs::permissions(closed, fs::perms::none);
+  fs::permissions(libraries_, fs::perms::all);
+  {
+    const ScopedOrdinaryUser user;
+    RemoveOldLibraries((host_ + "/").c_str());
+  }
+  EXPECT_TRUE(fs::exists(closed));
 }
 
 TEST_F(OldLibraries, PathThatIsAPlainFileIsPassedOver) {
@@ -179,6 +218,26 @@ TEST(RemoveTree, LinkToAFileIsRemovedAndTheFileStays) {
   fs::create_symlink(dir / "file", dir / "tree/link");
   EXPECT_EQ(RemoveTree((dir / "tree").c_str()), 1);
   EXPECT_THAT(Names(dir.path()), UnorderedElementsAre("file", "tree/"));
+}
+
+// What can't be removed doesn't make it another answer, nor does another link in its place.
+TEST(RemoveTree, FolderThatKeepsWhatItHoldsIsOneAllTheSame) {
+  const TempDir dir;
+  WriteFile(dir / "tree/locked/file", "stays");
+  if (geteuid() == 0) {
+    for (const auto& entry : fs::recursive_directory_iterator(dir.path())) {
+      ASSERT_EQ(lchown(entry.path().c_str(), 65534, 65534), 0);
+    }
+  }
+  fs::permissions(dir / "tree/locked", fs::perms::owner_read | fs::perms::owner_exec);
+  int result = 0;
+  {
+    const ScopedOrdinaryUser user;
+    result = RemoveTree((dir / "tree").c_str());
+  }
+  fs::permissions(dir / "tree/locked", fs::perms::owner_all);
+  EXPECT_EQ(result, 1);
+  EXPECT_THAT(Names(dir / "tree"), ElementsAre("locked/", "locked/file"));
 }
 
 // A folder of exactly that many characters.

@@ -18,6 +18,7 @@
 #include "platform/native_window.h"
 #include "store/host_selection.h"
 #include "tests/driver/sample_infs.h"
+#include "tests/wizard/recorded_calls.h"
 #include "wizard/folder_page.h"
 #include "wizard/help_window.h"
 #include "wizard/install_page.h"
@@ -346,6 +347,35 @@ TEST_F(Navigation, SurveyTimerOfWelcomeIsOneTimeoutThatWaitsForTheDelay) {
   Machine.calls.clear();
   RunPending();
   EXPECT_THAT(Machine.calls, ::testing::IsEmpty());
+}
+
+// The delays are short enough not to be noticed, and let what was just changed be drawn first.
+TEST_F(Navigation, TimersHaveTheirDelays) {
+  RecordedTimers.clear();
+  ClickOn("Next");
+  EXPECT_THAT(RecordedTimers, ::testing::ElementsAre(RecordedTimer{driver_survey, 0.02}));
+  WaitForSurvey();
+  GoToPage(kFolder);
+  RecordedTimers.clear();
+  ClickOn("Back");
+  EXPECT_THAT(RecordedTimers, ::testing::ElementsAre(RecordedTimer{driver_survey, 0.02}));
+}
+
+TEST_F(Navigation, TimerOfASuccessHasItsDelay) {
+  GoToPage(kInstall);
+  RecordedTimers.clear();
+  BeginInstall(nullptr, nullptr);
+  while (Fl::has_idle(InstallPump) != 0) InstallPump(nullptr);
+  EXPECT_THAT(RecordedTimers, ::testing::ElementsAre(RecordedTimer{InstallSucceeded, 0.01}));
+}
+
+TEST_F(Navigation, TimerOfAFailureHasItsDelay) {
+  GoToPage(kInstall);
+  WriteFile(std::string(HostFolder) + "hardware", "in the way");
+  RecordedTimers.clear();
+  BeginInstall(nullptr, nullptr);
+  while (Fl::has_idle(InstallPump) != 0) InstallPump(nullptr);
+  EXPECT_THAT(RecordedTimers, ::testing::ElementsAre(RecordedTimer{InstallFailed, 0.01}));
 }
 
 TEST_F(Navigation, OnlyWelcomeNextAndFolderBackSetTheSurveysTimer) {

@@ -2,8 +2,19 @@
 // --wrap).
 #pragma once
 
+#include <FL/Fl.H>
+
 #include <string>
 #include <vector>
 
 // "IdentifyArduino(folder)" and "FindPreferences(folder, version)", in order. Cleared by tests.
 extern std::vector<std::string> RecordedCalls;
+
+// The timers that were set, by their handlers, in seconds.
+struct RecordedTimer {
+  Fl_Timeout_Handler handler;
+  double seconds;
+
+  bool operator==(const RecordedTimer&) const = default;
+};
+extern std::vector<RecordedTimer> RecordedTimers;

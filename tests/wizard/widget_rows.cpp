@@ -139,6 +139,13 @@ std::string Line(const Fl_Widget& widget) {
   row.color = widget.color() == FL_WHITE              ? "white"
               : widget.color() == kind.plain->color() ? "own"
                                                       : std::to_string(widget.color());
+  // No table names another colour for a label or a selection than FLTK's own.
+  if (widget.labelcolor() != kind.plain->labelcolor()) {
+    row.color += ", label " + std::to_string(widget.labelcolor());
+  }
+  if (widget.selection_color() != kind.plain->selection_color()) {
+    row.color += ", selection " + std::to_string(widget.selection_color());
+  }
   row.label = widget.label() == nullptr ? "" : widget.label();
   row.font = widget.labelfont() == FL_HELVETICA        ? "regular"
              : widget.labelfont() == FL_HELVETICA_BOLD ? "bold"

@@ -9,11 +9,15 @@
 #include <FL/Fl_Wizard.H>
 
 #include "driver/driver_page.h"
+#include "engine/host_preferences.h"
+#include "engine/install_error.h"
 #include "engine/library_query.h"
 #include "platform/native_window.h"
 #include "recognition/check_log.h"
+#include "recognition/default_folder.h"
 #include "store/embedded_file_store.h"
 #include "store/host_selection.h"
+#include "store/location_keys.h"
 #include "tests/wizard/png_maker.h"
 #include "tests/wizard/widget_rows.h"
 #include "wizard/folder_page.h"
@@ -275,8 +279,54 @@ TEST_F(WidgetTable, FivePagesShareOneImageAsTheirLogo) {
   EXPECT_EQ(Pages()[5]->child(4)->image(), logo);
 }
 
+// A widget whose flags can be looked at.
+struct FlaggedWidget : Fl_Widget {
+  static bool HasCopiedLabel(const Fl_Widget& widget) {
+    return ((widget.*(&FlaggedWidget::flags))() & COPIED_LABEL) != 0;
+  }
+};
+
+// The widgets below the group, at every depth.
+std::vector<const Fl_Widget*> AllBelow(const Fl_Group& group) {
+  std::vector<const Fl_Widget*> widgets;
+  for (int i = 0; i < group.children(); ++i) {
+    widgets.push_back(group.child(i));
+    if (const Fl_Group* below = const_cast<Fl_Widget*>(group.child(i))->as_group()) {
+      const auto more = AllBelow(*below);
+      widgets.insert(widgets.end(), more.begin(), more.end());
+    }
+  }
+  return widgets;
+}
+
+std::vector<std::string> LabelsBelow(const Fl_Group& group) {
+  std::vector<std::string> labels;
+  for (const Fl_Widget* widget : AllBelow(group)) labels.push_back(LabelOf(widget));
+  return labels;
+}
+
+// Writes over the part of the stack in which the building of the pages had its variables.
+[[gnu::noinline]] void WriteOverTheStack() {
+  volatile char bytes[65536];
+  for (volatile char& byte : bytes) byte = 'x';
+}
+
 TEST_F(WidgetTable, LabelsPointAtTextsThatStayForTheWholeRun) {
   EXPECT_EQ(WelcomePage->child(8)->label(), SupportedVersions());
+  const std::vector<std::string> labels = LabelsBelow(*Wizard);
+  for (const Fl_Widget* widget : AllBelow(*Wizard)) {
+    EXPECT_FALSE(FlaggedWidget::HasCopiedLabel(*widget)) << LabelOf(widget);
+  }
+  // What the program keeps in shared texts changes many times in a run.
+  WriteOverTheStack();
+  ScratchConcat("another ", "text");
+  SelectRelease("1.8.19");
+  LookupLocation("TOOL_SUBDIR");
+  DefaultFolder();
+  FindPreferences("/somewhere/", 10819);
+  SetInstallError("another text");
+  SelectRelease("another");
+  EXPECT_EQ(LabelsBelow(*Wizard), labels);
 }
 
 class WidgetTableWithoutPictures : public WizardTest {};
