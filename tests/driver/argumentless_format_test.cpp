@@ -53,6 +53,24 @@ constexpr FormatCase kFormatCases[] = {
 INSTANTIATE_TEST_SUITE_P(Each, ArgumentlessFormat, ::testing::ValuesIn(kFormatCases),
                          [](const auto& test) { return std::string(test.param.situation); });
 
+TEST(ArgumentlessFormatDirective, ConversionsAndNoOtherCharactersEndOne) {
+  const std::string conversions = "diouxXeEfFgGaAcCsSpn";
+  const std::string unfinished = "-+ #0123456789.*hlLjtwzI%";
+  for (char c = ' '; c <= '~'; ++c) {
+    if (unfinished.find(c) != std::string::npos) continue;
+    const std::string format = std::string("<%") + c + ">";
+    const bool ends = conversions.find(c) != std::string::npos;
+    EXPECT_EQ(Printed(format), ends ? "<>" : format);
+  }
+}
+
+TEST(ArgumentlessFormatDirective, EveryFlagAndLengthIsPartOfOne) {
+  for (const char* part : {"-",  "+", " ",  "#", "0", "7", "12", "*", ".3", ".*",  "h",
+                           "hh", "l", "ll", "L", "j", "t", "w",  "z", "I",  "I32", "I64"}) {
+    EXPECT_EQ(Printed(std::string("<%") + part + "d>"), "<>") << part;
+  }
+}
+
 TEST(ArgumentlessFormatBound, TextIsCutAndTerminated) {
   EXPECT_EQ(Printed("abcdef", 4), "abc");
   EXPECT_EQ(Printed("abc", 4), "abc");

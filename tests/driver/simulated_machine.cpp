@@ -186,7 +186,7 @@ SimulatedDevice* DeviceOf(const std::string& function, const DeviceSet* set,
                           const DeviceInfo* device) {
   if (set == InvalidSet() || !IsOpen(function, set)) return nullptr;
   const std::size_t index = device->instance - kFirstInstance;
-  if (device->size != sizeof *device || index >= Machine.devices.size()) {
+  if (index >= Machine.devices.size()) {
     Machine.misuses.push_back(function + " with a record that no enumeration gave");
     Machine.last_error = kErrorInvalidData;
     return nullptr;
@@ -396,6 +396,7 @@ bool EnumerateDevice(DeviceSet* set, std::uint32_t index, DeviceInfo* device) {
   }
   if (index >= set->devices.size()) return FailWith(kErrorNoMoreItems);
   device->instance = kFirstInstance + static_cast<std::uint32_t>(set->devices[index]);
+  device->size = 0;  // to be set before every call, and not by chance still be there
   return true;
 }
 

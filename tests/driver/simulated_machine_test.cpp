@@ -106,8 +106,11 @@ TEST_F(Simulation, EnumerationWithoutTheRecordsSizeIsRefusedAndNoted) {
   DeviceInfo device = {};
   EXPECT_FALSE(EnumerateDevice(set, 0, &device));
   EXPECT_EQ(LastSystemError(), kErrorInvalidUserBuffer);
+  device.size = sizeof device;
+  EXPECT_TRUE(EnumerateDevice(set, 0, &device));
+  EXPECT_FALSE(EnumerateDevice(set, 0, &device)) << "the size must be set anew";
   CloseDeviceSet(set);
-  EXPECT_EQ(Machine.misuses.size(), 1U);
+  EXPECT_EQ(Machine.misuses.size(), 2U);
   Machine.misuses.clear();
 }
 

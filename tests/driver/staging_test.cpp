@@ -1,6 +1,10 @@
+#include <cstdlib>
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "driver/driver_survey.h"
+#include "driver/driver_text.h"
 #include "engine/install_error.h"
 #include "tests/driver/driver_test.h"
 
@@ -36,6 +40,14 @@ TEST_F(Staging, InfAndCatalogLandInTheTemporaryFolderWithOneRow) {
             (std::map<std::string, std::string>{{"cdcacm.cat", "the catalog"},
                                                 {"cdcacm.inf", kDriverInf}}));
   EXPECT_THAT(Machine.calls, ElementsAre("GetTemporaryFolder(1024)"));
+}
+
+TEST_F(Staging, NameThatARowHeldBeforeIsCleared) {
+  const std::unique_ptr<char, decltype(&std::free)> before(duplicate_text("oem1.inf"), std::free);
+  InstalledInfNames[0] = before.get();
+  stage_driver_files();
+  EXPECT_EQ(StagedInfCount, 1);
+  EXPECT_EQ(std::exchange(InstalledInfNames[0], nullptr), nullptr);
 }
 
 TEST_F(Staging, SecondCallReturnsAtOnce) {
