@@ -68,7 +68,8 @@ struct DeviceInfo {
 };
 
 // Brings all devices of this hardware id that are plugged in onto the driver of an INF file, given
-// by its full path. True when the system did so for at least one.
+// by its full path. True when the system did so for at least one. 64-bit Windows refuses this to a
+// 32-bit program (ERROR_IN_WOW64).
 bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf_path);
 
 // All devices of all classes that the system knows, also those that are not plugged in.

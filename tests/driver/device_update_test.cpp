@@ -182,6 +182,26 @@ TEST_F(DeviceUpdate, UpdateCallFailsAndAbsentDevicesAreStillFlagged) {
   EXPECT_EQ(Machine.devices[1].config_flags(), kReinstall);
 }
 
+// A board that is plugged in is served when it is next plugged in.
+TEST_F(DeviceUpdate, On64BitWindowsOnlyAbsentDevicesAreServed) {
+  Machine.devices = {Device(true, {kHardwareId}), Device(false, {kHardwareId})};
+  Machine.wow64 = true;
+  EXPECT_EQ(UpdateId(), 1);
+  EXPECT_EQ(Machine.devices[0].driver, "");
+  EXPECT_EQ(Machine.devices[0].config_flags(), 0U);
+  EXPECT_EQ(Machine.devices[1].config_flags(), kReinstall);
+}
+
+TEST_F(DeviceUpdate, IdOutsideAsciiIsComparedInOneForm) {
+  const std::string id = "USB\\gr\xC3\xBCn";
+  Machine.code_page = CodePage::kWestern;
+  Machine.devices = {Device(false, {id})};
+  WriteFile(Staged("cdcacm.inf"), InfWith("", "[DeviceList]\nA=DriverInstall," + id + "\n"));
+  EXPECT_EQ(UpdateInf(), 1);
+  EXPECT_THAT(Machine.CallsOf({"UpdateDevices"}),
+              ElementsAre("UpdateDevices(0x1234, " + id + ", TEMP/cdcacm.inf)"));
+}
+
 TEST_F(DeviceUpdate, InvalidSetEndsTheWalkAndIsClosedJustTheSame) {
   Machine.devices = {Device(false, {kHardwareId})};
   Machine.Fail("OpenDeviceSet");

@@ -419,6 +419,20 @@ TEST_F(DriverInstall, LongestWordsOfTheSystemFitTheirBuffer) {
   EXPECT_EQ(std::string(InstallErrorText()), Words("x", ""));  // they don't fit, so there are none
 }
 
+TEST_F(DriverInstall, WordsThatGrowBeyondTheirBufferAreReadToTheLastWholeCharacter) {
+  Machine.code_page = CodePage::kCyrillic;
+  std::string words;
+  for (int i = 0; i < 400; ++i) words += "\xD0\xB6";
+  const std::string whole = Words("x", words.substr(0, 798));
+  EXPECT_EQ(ErrorText("x", words), whole.substr(0, 511));
+  // Directives print nothing, so that the end of the words is seen behind them.
+  std::string directives;
+  for (int i = 0; i < 390; ++i) directives += "%n";
+  Machine.messages[kErrorAccessDenied] = directives + words.substr(0, 38);
+  EXPECT_EQ(install_missing_infs(), -1);
+  EXPECT_EQ(std::string(InstallErrorText()), Words("x", words.substr(0, 18)));
+}
+
 TEST_F(DriverInstall, TextIsComposedAt2047CharactersBeforeTheSecondReading) {
   // The directives print nothing, so what is left shows where the first step cut.
   std::string path;

@@ -52,6 +52,15 @@ TEST_F(VersionText, LineThatCanNotBeReadIsPassedOver) {
   EXPECT_EQ(Read(InfWith("A=12345\nB=67\n")), "$Windows NT$67");
 }
 
+TEST_F(VersionText, LineThatFitsInTheCodePageAloneIsPassedOver) {
+  Machine.code_page = CodePage::kCyrillic;
+  std::string grown = "a";
+  while (grown.size() < kVersionTextSize - 12) grown += "\xD0\xB6";  // 12 are the signature's
+  EXPECT_EQ(Read(InfWith("A=" + grown + "\nB=y\n")), "$Windows NT$y");
+  grown.erase(grown.size() - 2);
+  EXPECT_EQ(Read(InfWith("A=" + grown + "\nB=y\n")), "$Windows NT$" + grown);
+}
+
 TEST_F(VersionText, TextThatFillsTheBufferIsKeptAndAllBehindItIsPassedOver) {
   const std::string fill(kVersionTextSize - 1 - 12, 'x');  // 12 are the signature's
   EXPECT_EQ(Read(InfWith("A=" + fill + "\nB=y\n")), "$Windows NT$" + fill);
@@ -77,6 +86,15 @@ class InstalledInf : public DriverTest {
 TEST_F(InstalledInf, CopyUnderAnotherNameIsFound) {
   Machine.inf_files = {{"oem0.inf", InfWith("Class=Modem\n")}, {"OEM12.INF", kDriverInf}};
   EXPECT_EQ(Find(), "OEM12.INF");
+}
+
+TEST_F(InstalledInf, NameThatTheCodePageHasIsOpenedAndOneThatItLacksIsNot) {
+  Machine.code_page = CodePage::kWestern;
+  Machine.inf_files = {{"\xD0\xB6oem.inf", kDriverInf}, {"gr\xC3\xBCnoem.inf", kDriverInf}};
+  EXPECT_EQ(Find(), "gr\xC3\xBCnoem.inf");
+  EXPECT_THAT(Machine.CallsOf({"OpenInfFile"}),
+              ElementsAreArray({"OpenInfFile(TEMP/cdcacm.inf)", "OpenInfFile(?oem.inf)",
+                                "OpenInfFile(gr\xC3\xBCnoem.inf)"}));
 }
 
 TEST_F(InstalledInf, FirstOfSeveralCopiesIsTakenAndNothingBehindItIsOpened) {

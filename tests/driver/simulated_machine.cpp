@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "driver/driver_platform.h"
+#include "platform/text.h"
 #include "tests/driver/inf_file_text.h"
 
 SimulatedMachine Machine;
@@ -117,6 +118,48 @@ bool StoreText(const std::string& text, char* buffer, std::uint32_t size) {
   if (text.size() + 1 > size) return FailWith(kErrorInsufficientBuffer);
   std::memcpy(buffer, text.c_str(), text.size() + 1);
   return true;
+}
+
+// ---- The code page ----------------------------------------------------------------------------
+
+bool CodePageHas(char32_t character) {
+  if (character < 0x80) return true;
+  if (Machine.code_page == CodePage::kWestern) return character >= 0xA0 && character <= 0xFF;
+  return character >= 0x401 && character <= 0x45F;
+}
+
+// What comes of a text of UTF-8 by way of the code page.
+struct NarrowText {
+  std::string utf8;
+  std::size_t narrow_size = 0;  // in the code page
+};
+
+NarrowText ByCodePage(const std::string& text) {
+  if (Machine.code_page == CodePage::kUtf8) return {text, text.size()};
+  NarrowText narrow;
+  for (std::size_t at = 0; at < text.size(); ++narrow.narrow_size) {
+    const auto lead = static_cast<unsigned char>(text[at]);
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length && at + i < text.size(); ++i) {
+      character = (character << 6) | (static_cast<unsigned char>(text[at + i]) & 0x3FU);
+    }
+    narrow.utf8 += CodePageHas(character) ? text.substr(at, length) : "?";
+    at += length;
+  }
+  return narrow;
+}
+
+// Copies a text with its terminator where it fits in both forms.
+bool StoreNarrowText(const std::string& text, char* buffer, std::uint32_t size) {
+  const NarrowText narrow = ByCodePage(text);
+  if (narrow.narrow_size + 1 > size) return FailWith(kErrorInsufficientBuffer);
+  return StoreText(narrow.utf8, buffer, size);
+}
+
+// How many bytes of UTF-8 a byte of the code page becomes at most.
+std::uint32_t CodePageGrowth() {
+  return Machine.code_page == CodePage::kUtf8 ? 1 : 3;
 }
 
 // ---- INF files --------------------------------------------------------------------------------
@@ -317,7 +360,7 @@ bool GetInfLineText(InfContext* context, char* buffer, std::uint32_t size) {
   auto* file = static_cast<InfFile*>(context->file);
   if (!Record("GetInfLineText", NameOf(file), size)) return false;
   const InfTextLine* line = LineAt(*context);
-  return line != nullptr && StoreText(file->text.CompactText(*line), buffer, size);
+  return line != nullptr && StoreNarrowText(file->text.CompactText(*line), buffer, size);
 }
 
 bool GetInfKeyText(InfFile* file, const char* section, const char* key, char* buffer,
@@ -328,7 +371,7 @@ bool GetInfKeyText(InfFile* file, const char* section, const char* key, char* bu
   if (!IsOpen("GetInfKeyText", file)) return false;
   const InfTextLine* line = file->text.FindLine(section, key);
   if (line == nullptr) return FailWith(kErrorLineNotFound);
-  return StoreText(file->text.CompactText(*line), buffer, size);
+  return StoreNarrowText(file->text.CompactText(*line), buffer, size);
 }
 
 bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_size) {
@@ -338,9 +381,11 @@ bool GetInfFileList(char* buffer, std::uint32_t size, std::uint32_t* required_si
   std::string list;
   for (const auto& [name, content] : Machine.inf_files) list += name + '\0';
   list += '\0';
-  if (buffer != nullptr && list.size() > size) return FailWith(kErrorInsufficientBuffer);
-  if (buffer != nullptr) std::memcpy(buffer, list.data(), list.size());
-  if (required_size != nullptr) *required_size = static_cast<std::uint32_t>(list.size());
+  const NarrowText narrow = ByCodePage(list);
+  const auto required = static_cast<std::uint32_t>(narrow.narrow_size) * CodePageGrowth();
+  if (buffer != nullptr && required > size) return FailWith(kErrorInsufficientBuffer);
+  if (buffer != nullptr) std::memcpy(buffer, narrow.utf8.data(), narrow.utf8.size());
+  if (required_size != nullptr) *required_size = required;
   return true;
 }
 
@@ -350,7 +395,9 @@ bool CopyInfFile(const char* path, char* installed_name, std::uint32_t size) {
   const std::optional<std::string> content = ReadInf(path);
   if (!content) return FailWith(kErrorFileNotFound);
   const std::string name = NameForCopy(*content);
-  if (!StoreText(Machine.inf_folder + name, installed_name, size)) return false;
+  const NarrowText installed = ByCodePage(Machine.inf_folder + name);
+  if (installed.narrow_size + 1 > size) return FailWith(kErrorInsufficientBuffer);
+  CopyWholeCharacters(installed_name, size, installed.utf8.c_str());
   if (!IsListed(name)) Machine.inf_files.emplace_back(name, *content);
   if (Machine.copy_deletes_source) std::filesystem::remove(path);
   return true;
@@ -364,6 +411,7 @@ bool UpdateDevices(void* parent_window, const char* hardware_id, const char* inf
   if (!Record("UpdateDevices", parent, std::string(hardware_id), std::string(inf_path))) {
     return false;
   }
+  if (Machine.wow64) return FailWith(kErrorInWow64);
   if (!Machine.administrator) return FailWith(kErrorAccessDenied);
   if (!ReadInf(inf_path)) return FailWith(kErrorFileNotFound);
   bool known = false;
@@ -407,8 +455,13 @@ bool GetDeviceProperty(DeviceSet* set, DeviceInfo* device, std::uint32_t propert
   if (found == nullptr) return false;
   const auto value = found->properties.find(property);
   if (value == found->properties.end()) return FailWith(kErrorInvalidData);
-  if (value->second.bytes.size() > size) return FailWith(kErrorInsufficientBuffer);
-  std::memcpy(buffer, value->second.bytes.data(), value->second.bytes.size());
+  const std::string& bytes = value->second.bytes;
+  const NarrowText narrow =
+      value->second.type == kTypeMultiString ? ByCodePage(bytes) : NarrowText{bytes, bytes.size()};
+  if (narrow.narrow_size > size || narrow.utf8.size() > size) {
+    return FailWith(kErrorInsufficientBuffer);
+  }
+  std::memcpy(buffer, narrow.utf8.data(), narrow.utf8.size());
   *type = value->second.type;
   return true;
 }
@@ -506,5 +559,7 @@ std::uint32_t LastSystemError() {
 void GetSystemMessage(std::uint32_t code, char* text, std::uint32_t size) {
   if (!Record("GetSystemMessage", Hex(code), size)) return;
   const auto message = Machine.messages.find(code);
-  if (message != Machine.messages.end()) StoreText(message->second, text, size);
+  if (message == Machine.messages.end()) return;
+  const NarrowText narrow = ByCodePage(message->second);
+  if (narrow.narrow_size + 1 <= size) CopyWholeCharacters(text, size, narrow.utf8.c_str());
 }

@@ -27,6 +27,7 @@ inline constexpr std::uint32_t kErrorWrongInfStyle = 0xE0000100;
 inline constexpr std::uint32_t kErrorSectionNotFound = 0xE0000101;
 inline constexpr std::uint32_t kErrorLineNotFound = 0xE0000102;
 inline constexpr std::uint32_t kErrorNoSuchDevinst = 0xE000020B;
+inline constexpr std::uint32_t kErrorInWow64 = 0xE0000235;
 
 // A value of the registry or a property of a device. Texts hold their terminators.
 struct SimulatedValue {
@@ -55,6 +56,10 @@ struct SimulatedKey {
   std::map<std::string, SimulatedValue> values;
 };
 
+// The form in which the system's narrow calls give texts, of one byte for each character but in
+// UTF-8. A character that it lacks is given as a question mark.
+enum class CodePage { kUtf8, kWestern, kCyrillic };
+
 struct SimulatedMachine {
   // The system's INF folder: name and content, in the order of the list. Every other INF file is a
   // real one on the disk.
@@ -69,6 +74,8 @@ struct SimulatedMachine {
   std::string policy_key = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\DriverSearching";
 
   bool administrator = true;
+  bool wow64 = false;  // a 64-bit system, on which the program is a 32-bit guest
+  CodePage code_page = CodePage::kUtf8;
   bool copy_deletes_source = true;  // the permission is there; the system may use it or not
   std::string temporary_folder = "C:\\TEMP\\";  // with its separator
   std::map<std::uint32_t, std::string> messages;

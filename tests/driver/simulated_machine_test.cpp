@@ -124,6 +124,53 @@ TEST_F(Simulation, UpdateOfADeviceThatHasTheDriverFindsNothingBetter) {
   EXPECT_EQ(LastSystemError(), kErrorNoSuchDevinst);
 }
 
+const std::string kRussian = "\xD0\xB6";  // ж, one byte in the Cyrillic code page, two in UTF-8
+
+TEST_F(Simulation, CodePageLimitsATextAndUtf8DoesSoToo) {
+  Machine.code_page = CodePage::kCyrillic;
+  Machine.inf_files = {{"a.inf", InfWith("", "[A]\nkey=ab" + kRussian + "\n")}};
+  InfFile* file = OpenInfFile("a.inf");
+  char text[5];
+  EXPECT_FALSE(GetInfKeyText(file, "A", "KEY", text, 4));
+  EXPECT_TRUE(GetInfKeyText(file, "A", "KEY", text, 5));
+  EXPECT_EQ(text, "ab" + kRussian);
+  Machine.code_page = CodePage::kWestern;
+  EXPECT_TRUE(GetInfKeyText(file, "A", "KEY", text, 4));
+  EXPECT_STREQ(text, "ab?");
+  CloseInfFile(file);
+}
+
+TEST_F(Simulation, ListAsksForTheRoomThatItMayGrowTo) {
+  Machine.code_page = CodePage::kCyrillic;
+  Machine.inf_files = {{kRussian + ".inf", ""}};
+  std::uint32_t size = 0;
+  ASSERT_TRUE(GetInfFileList(nullptr, 0, &size));
+  ASSERT_EQ(size, 21U);
+  char list[21];
+  ASSERT_TRUE(GetInfFileList(list, 21, nullptr));
+  EXPECT_EQ(std::string(list, 8), kRussian + ".inf" + std::string(2, '\0'));
+}
+
+TEST_F(Simulation, MessageIsCutBetweenCharactersAndNoneWhereTheCodePageHasNoRoom) {
+  Machine.code_page = CodePage::kCyrillic;
+  Machine.messages[5] = kRussian + kRussian + kRussian;
+  char text[6] = "";
+  GetSystemMessage(5, text, 3);
+  EXPECT_STREQ(text, "");
+  GetSystemMessage(5, text, 4);
+  EXPECT_EQ(text, kRussian);
+  GetSystemMessage(5, text, 6);
+  EXPECT_EQ(text, kRussian + kRussian);
+}
+
+TEST_F(Simulation, UpdateIsRefusedToAGuestOn64BitWindows) {
+  Machine.devices = {Device(true, {"X"})};
+  Machine.wow64 = true;
+  WriteFile(Staged("a.inf"), kDriverInf);
+  EXPECT_FALSE(UpdateDevices(nullptr, "x", Staged("a.inf").c_str()));
+  EXPECT_EQ(LastSystemError(), kErrorInWow64);
+}
+
 TEST_F(Simulation, TemporaryFolderThatDoesNotFitIsNone) {
   Machine.temporary_folder = "C:\\T\\";
   char folder[6];
