@@ -3,7 +3,7 @@ enable_language(RC)
 
 target_link_options(quirloduino_options INTERFACE -static -fstack-protector-strong)
 
-# The version resource is filled from the header that the program itself reads.
+# Version resource and manifest are filled from the header that the program itself reads.
 file(STRINGS "${PROJECT_SOURCE_DIR}/store/package_version.h" version_line REGEX "kPackageVersion")
 string(REGEX REPLACE ".*\"(.*)\".*" "\\1" QUIRLODUINO_VERSION "${version_line}")
 # "1.60-beta5" as four numbers: 1, 60, 0, 5.
@@ -11,11 +11,13 @@ string(REGEX MATCHALL "[0-9]+" numbers "${QUIRLODUINO_VERSION}")
 list(GET numbers 0 1 2 numbers)
 list(INSERT numbers 2 0)
 list(JOIN numbers "," QUIRLODUINO_VERSION_NUMBERS)
+list(JOIN numbers "." QUIRLODUINO_MANIFEST_VERSION)
 set_property(DIRECTORY "${PROJECT_SOURCE_DIR}" APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
                                                       store/package_version.h)
 set(QUIRLODUINO_RESOURCES "${PROJECT_SOURCE_DIR}/wizard/windows")
-configure_file("${QUIRLODUINO_RESOURCES}/quirloduino.rc.in" "${PROJECT_BINARY_DIR}/quirloduino.rc"
-               @ONLY)
+foreach(resource quirloduino.rc quirloduino.manifest)
+  configure_file("${QUIRLODUINO_RESOURCES}/${resource}.in" "${PROJECT_BINARY_DIR}/${resource}" @ONLY)
+endforeach()
 
 # quirloduino_windows_program(TARGET): a program without a console that needs no library beside what
 # every Windows has, with icon, version and manifest. It may use all four gigabytes of address space
@@ -27,7 +29,7 @@ function(quirloduino_windows_program target)
     "${PROJECT_BINARY_DIR}/quirloduino.rc"
     TARGET_DIRECTORY ${target}
     PROPERTIES OBJECT_DEPENDS
-               "${QUIRLODUINO_RESOURCES}/quirloduino.ico;${QUIRLODUINO_RESOURCES}/quirloduino.manifest")
+               "${QUIRLODUINO_RESOURCES}/quirloduino.ico;${PROJECT_BINARY_DIR}/quirloduino.manifest")
   target_link_options(
     ${target}
     PRIVATE

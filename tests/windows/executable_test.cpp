@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "store/package_version.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -157,10 +158,64 @@ TEST(Executable, ManifestAsksForNoAdministrator) {
   EXPECT_THAT(bytes, HasSubstr("UTF-8</activeCodePage>"));
 }
 
-TEST(Executable, CarriesItsVersion) {
+// In UTF-16, as resources have their texts.
+std::string Wide(const std::string& text) {
   std::string wide;
-  for (const char c : std::string("1.60-beta5")) wide += std::string{c, '\0'};
-  EXPECT_THAT(ReadFile(INSTALLER), HasSubstr(wide));
+  for (const char c : text) wide += std::string{c, '\0'};
+  return wide;
+}
+
+// The text of the version resource under this name: behind the name and its terminator, at the next
+// place that four divides.
+std::string VersionText(const std::string& bytes, const std::string& name) {
+  const std::string key = Wide(name) + std::string(2, '\0');
+  std::size_t at = bytes.find(key);
+  if (at == std::string::npos) return "(none)";
+  at = (at + key.size() + 3) / 4 * 4;
+  std::string text;
+  for (; at + 1 < bytes.size() && bytes[at] != '\0'; at += 2) text += bytes[at];
+  return text;
+}
+
+// The package's version as four numbers.
+std::string VersionNumbers() {
+  int major = 0;
+  int minor = 0;
+  int beta = 0;
+  EXPECT_EQ(std::sscanf(kPackageVersion, "%d.%d-beta%d", &major, &minor, &beta), 3);
+  return std::to_string(major) + "." + std::to_string(minor) + ".0." + std::to_string(beta);
+}
+
+TEST(Executable, SaysWhatItIsInItsVersionResource) {
+  const std::string bytes = ReadFile(INSTALLER);
+  EXPECT_EQ(VersionText(bytes, "CompanyName"), "Quirloduino");
+  EXPECT_EQ(VersionText(bytes, "FileDescription"), "Adds Quirlo boards to the Arduino IDE");
+  EXPECT_EQ(VersionText(bytes, "FileVersion"), kPackageVersion);
+  EXPECT_EQ(VersionText(bytes, "InternalName"), "quirloduino");
+  EXPECT_EQ(VersionText(bytes, "LegalCopyright"), "Copyright (C) Quirloduino");
+  EXPECT_EQ(VersionText(bytes, "OriginalFilename"), "quirloduino.exe");
+  EXPECT_EQ(VersionText(bytes, "ProductName"), "Quirloduino");
+  EXPECT_EQ(VersionText(bytes, "ProductVersion"), kPackageVersion);
+}
+
+TEST(Executable, ManifestHasTheSameVersion) {
+  EXPECT_THAT(ReadFile(INSTALLER),
+              HasSubstr("name=\"Quirloduino\" version=\"" + VersionNumbers() + "\""));
+}
+
+// The numbers stand behind the mark of the fixed part, in two pairs, the higher of each last.
+TEST(Executable, FixedVersionHasTheSameNumbers) {
+  const std::string bytes = ReadFile(INSTALLER);
+  const std::size_t at = bytes.find(std::string("\xBD\x04\xEF\xFE", 4));
+  ASSERT_NE(at, std::string::npos);
+  const auto number = [&](std::size_t place) {
+    return std::to_string(static_cast<unsigned char>(bytes[at + place]));
+  };
+  for (const std::size_t version : {8U, 16U}) {  // of the file, of the product
+    EXPECT_EQ(number(version + 2) + "." + number(version) + "." + number(version + 6) + "." +
+                  number(version + 4),
+              VersionNumbers());
+  }
 }
 
 TEST(Executable, HoldsNoPathOfTheMachineThatBuiltIt) {
