@@ -1,5 +1,6 @@
 #include "packager/frame_writer.h"
 
+#define ZSTD_STATIC_LINKING_ONLY  // for ZSTD_getFrameProgression
 #include <zstd.h>
 
 #include <algorithm>
@@ -22,18 +23,17 @@ int WindowLogFor(std::uint64_t content_size) {
   return std::clamp(log, kSmallestWindowLog, kLargestWindowLog);
 }
 
-// The library's own tables at its highest level see an eighth of a large content and a match every
-// 128 bytes far away. These see all of it: a release is packed once and carried by everybody. They
-// need 13 times the memory of the content. The library cuts them down to what small content needs.
-struct Setting {
-  ZSTD_cParameter parameter;
-  int above_window_log;
-};
-constexpr Setting kWholeContentTables[] = {{ZSTD_c_chainLog, 1},  // a binary tree of all positions
-                                           {ZSTD_c_hashLog, -1},
-                                           {ZSTD_c_ldmHashLog, -3}};
-constexpr int kSearchLog = 10;      // 1024 candidates, twice the library's
-constexpr int kLdmHashRateLog = 4;  // a far match is looked for every 16 bytes
+// At its highest level the library is given the content in halves, which two processors compress
+// side by side. Each half still looks for far matches in all of the content, so the cut costs a
+// fifth of a per cent of the frame's size. More pieces would cost more, and one alone takes twice
+// the time.
+constexpr std::uint64_t kPiecesAtHighestLevel = 2;
+
+int PieceSizeFor(std::uint64_t content_size) {
+  const ZSTD_bounds bounds = ZSTD_cParam_getBounds(ZSTD_c_jobSize);
+  const std::uint64_t size = (content_size + kPiecesAtHighestLevel - 1) / kPiecesAtHighestLevel;
+  return static_cast<int>(std::min(size, static_cast<std::uint64_t>(bounds.upperBound)));
+}
 
 struct ContextDeleter {
   void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
@@ -42,30 +42,24 @@ struct ContextDeleter {
 }  // namespace
 
 struct FrameWriter::State {
-  State(const std::filesystem::path& path, std::uint64_t content_size, const FrameOptions& options)
-      : name(path.string()), file(path), context(ZSTD_createCCtx()), buffer(ZSTD_CStreamOutSize()) {
+  State(const std::filesystem::path& path, std::uint64_t content_size, const FrameOptions& asked)
+      : options(asked),
+        name(path.string()),
+        file(path),
+        context(ZSTD_createCCtx()),
+        buffer(ZSTD_CStreamOutSize()) {
     if (context == nullptr) throw Refusal(name, "no memory for the compression");
     Set(ZSTD_c_compressionLevel, options.level);
     Set(ZSTD_c_checksumFlag, 1);
     Set(ZSTD_c_contentSizeFlag, 1);
     Set(ZSTD_c_windowLog, WindowLogFor(content_size));
     Set(ZSTD_c_enableLongDistanceMatching, 1);
-    if (options.level == kHighestLevel) SearchWholeContent(WindowLogFor(content_size));
     // Without a worker the library compresses the content as one whole, with one or more it cuts
     // it into jobs. The cuts follow from level, window and content size alone, so with at least one
     // worker, always, the frame is the same for any number of them.
     Set(ZSTD_c_nbWorkers, static_cast<int>(std::clamp(options.threads, 1U, kMostThreads)));
+    if (options.level == kHighestLevel) Set(ZSTD_c_jobSize, PieceSizeFor(content_size));
     Check(ZSTD_CCtx_setPledgedSrcSize(context.get(), content_size));
-  }
-
-  void SearchWholeContent(int window_log) {
-    for (const Setting& setting : kWholeContentTables) {
-      const ZSTD_bounds bounds = ZSTD_cParam_getBounds(setting.parameter);
-      Set(setting.parameter,
-          std::clamp(window_log + setting.above_window_log, bounds.lowerBound, bounds.upperBound));
-    }
-    Set(ZSTD_c_searchLog, kSearchLog);
-    Set(ZSTD_c_ldmHashRateLog, kLdmHashRateLog);
   }
 
   void Set(ZSTD_cParameter parameter, int value) {
@@ -85,9 +79,11 @@ struct FrameWriter::State {
     const std::size_t left = Check(ZSTD_compressStream2(context.get(), &output, input, directive));
     file.Write(buffer.data(), output.pos);
     length += output.pos;
+    if (options.on_step) options.on_step(ZSTD_getFrameProgression(context.get()).consumed);
     return left;
   }
 
+  FrameOptions options;
   std::string name;
   OutputFile file;
   std::unique_ptr<ZSTD_CCtx, ContextDeleter> context;
@@ -100,6 +96,10 @@ FrameWriter::FrameWriter(const std::filesystem::path& path, std::uint64_t conten
     : state_(std::make_unique<State>(path, content_size, options)) {}
 
 FrameWriter::~FrameWriter() = default;
+
+std::string ZstandardVersion() {
+  return ZSTD_versionString();
+}
 
 void FrameWriter::Append(std::string_view bytes) {
   ZSTD_inBuffer input{bytes.data(), bytes.size(), 0};

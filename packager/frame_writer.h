@@ -4,12 +4,17 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 struct FrameOptions {
   int level = 19;        // 1 to 22
   unsigned threads = 1;  // at least 1; changes the time taken and never a byte of the frame
+  // Called again and again while the frame is made, also while Finish waits, with the bytes of the
+  // content that are compressed so far. What it throws ends the work and leaves Append or Finish.
+  std::function<void(std::uint64_t compressed)> on_step;
 };
 
 inline constexpr int kLowestLevel = 1;
@@ -34,3 +39,7 @@ class FrameWriter {
   struct State;
   std::unique_ptr<State> state_;
 };
+
+// The version of the Zstandard library that compresses, as "1.5.7". Another one makes other frames
+// of the same content; any from 1.5.4 on expands them all.
+std::string ZstandardVersion();
