@@ -5,6 +5,7 @@
 
 #include "packager/entry_names.h"
 #include "packager/file_io.h"
+#include "packager/progress_bar.h"
 #include "recognition/cksum.h"
 
 namespace {
@@ -43,7 +44,13 @@ std::vector<std::size_t> FindDuplicates(const std::filesystem::path& root,
                                         const std::vector<PayloadFile>& files) {
   Indices first_of(files.size());
   std::iota(first_of.begin(), first_of.end(), std::size_t{0});
-  for (const auto& [size, candidates] : BySize(files)) {
+  const std::map<std::uint64_t, Indices> by_size = BySize(files);
+  std::uint64_t total = 0;
+  for (const auto& [size, candidates] : by_size) {
+    if (candidates.size() > 1) total += size * candidates.size();
+  }
+  ProgressBar progress("Looking for files that are the same", total);
+  for (const auto& [size, candidates] : by_size) {
     if (candidates.size() < 2) continue;
     std::map<std::uint32_t, Indices> originals;  // by checksum; more than one in a collision
     for (const std::size_t index : candidates) {
@@ -54,6 +61,7 @@ std::vector<std::size_t> FindDuplicates(const std::filesystem::path& root,
         break;
       }
       if (first_of[index] == index) same_checksum.push_back(index);
+      progress.Advance(size);
     }
   }
   return first_of;

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <vector>
 
+#include "packager/interruption.h"
 #include "packager/refusal.h"
 
 namespace {
@@ -29,6 +30,7 @@ std::uintmax_t ReadToEnd(std::FILE* file, std::string_view name, std::uintmax_t 
   std::vector<char> buffer(std::clamp<std::uintmax_t>(expected, 1, kPieceSize));
   std::uintmax_t total = 0;
   for (;;) {
+    StopIfInterrupted();
     errno = 0;
     const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), file);
     if (std::ferror(file) != 0) throw Refusal(name, WithReason("can't be read", errno));

@@ -14,7 +14,7 @@ struct FrameOptions {
   unsigned threads = 1;  // at least 1; changes the time taken and never a byte of the frame
   // Called again and again while the frame is made, also while Finish waits, with the bytes of the
   // content that are compressed so far. What it throws ends the work and leaves Append or Finish.
-  std::function<void(std::uint64_t compressed)> on_step;
+  std::function<void(std::uint64_t compressed)> on_step = {};
 };
 
 inline constexpr int kLowestLevel = 1;

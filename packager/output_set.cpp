@@ -1,5 +1,6 @@
 #include "packager/output_set.h"
 
+#include <cerrno>
 #include <system_error>
 #include <utility>
 
@@ -7,26 +8,42 @@
 
 namespace fs = std::filesystem;
 
-OutputSet::OutputSet(std::vector<fs::path> paths) : paths_(std::move(paths)) {
+OutputSet::OutputSet(std::vector<fs::path> paths) {
+  for (const fs::path& path : paths) TakeFolderOf(path);
+  paths_ = std::move(paths);
   RemoveEarlier();
 }
 
 OutputSet::~OutputSet() {
-  if (!committed_) RemoveAll();
+  if (committed_) return;
+  RemoveAll();
+  for (auto folder = made_.rbegin(); folder != made_.rend(); ++folder) {
+    std::error_code ignored;
+    fs::remove(*folder, ignored);
+  }
 }
 
 void OutputSet::Add(const fs::path& path) {
+  TakeFolderOf(path);
   paths_.push_back(path);
   RemoveEarlier();
 }
 
-void OutputSet::MakeFolders() {
-  for (const fs::path& path : paths_) {
-    std::error_code error;
-    const fs::path folder = path.parent_path();
-    if (!folder.empty()) fs::create_directories(folder, error);
-    if (error) throw Refusal(folder.string(), WithReason("can't be created", error.value()));
-  }
+void OutputSet::TakeFolderOf(const fs::path& path) {
+  const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
+  MakeFolder(folder);
+  // By its one true name, since a folder that this run holds already can't be locked again.
+  locks_.try_emplace(fs::canonical(folder), folder);
+}
+
+void OutputSet::MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  if (fs::is_directory(folder, error)) return;
+  if (fs::exists(folder, error))
+    throw Refusal(folder.string(), WithReason("can't be created", ENOTDIR));
+  if (folder.has_parent_path() && folder.parent_path() != folder) MakeFolder(folder.parent_path());
+  if (fs::create_directory(folder, error)) made_.push_back(folder);
+  if (error) throw Refusal(folder.string(), WithReason("can't be created", error.value()));
 }
 
 fs::path OutputSet::TemporaryName(const fs::path& path) {

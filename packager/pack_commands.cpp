@@ -10,6 +10,7 @@
 #include "packager/depfile.h"
 #include "packager/file_io.h"
 #include "packager/installer_file.h"
+#include "packager/interruption.h"
 #include "packager/output_set.h"
 #include "packager/payload_plan.h"
 #include "packager/progress_bar.h"
@@ -22,17 +23,17 @@ namespace fs = std::filesystem;
 namespace {
 
 // The frame of all entries' contents, end to end; returns its length.
-std::uint64_t WriteFrame(const fs::path& path, const PayloadPlan& plan,
-                         const FrameOptions& options) {
+std::uint64_t WriteFrame(const fs::path& path, const PayloadPlan& plan, FrameOptions options) {
+  ProgressBar progress("Packing at level " + std::to_string(options.level), plan.content_size);
+  options.on_step = [&progress](std::uint64_t compressed) {
+    StopIfInterrupted();
+    progress.Reach(compressed);
+  };
   FrameWriter writer(path, plan.content_size, options);
-  ProgressBar progress("Packing", plan.content_size);
   for (const PlannedEntry& entry : plan.entries) {
     if (entry.size == 0) continue;
     ReadInPieces(plan.tree.root / entry.source, entry.name, entry.size,
-                 [&writer, &progress](std::string_view piece) {
-                   writer.Append(piece);
-                   progress.Advance(piece.size());
-                 });
+                 [&writer](std::string_view piece) { writer.Append(piece); });
   }
   return writer.Finish();
 }
@@ -87,13 +88,12 @@ void PackTree(const PackRequest& request) {
 
   CheckLiesOutside(request.output, request.tree);
   OutputSet outputs(targets);
-  LinkFolder links(LinkFolderOf(request));
   if (wants_depfile) {
     CheckLiesOutside(request.depfile, request.tree);
     outputs.Add(request.depfile);
   }
+  LinkFolder links(LinkFolderOf(request));
   const PayloadPlan plan = PlanPayload(request.tree);
-  outputs.MakeFolders();
   const std::uint64_t frame_length =
       WriteFrame(OutputSet::TemporaryName(frame), plan, request.frame);
   const PayloadTable table{frame_length, plan.content_size, TableEntries(plan)};
@@ -104,6 +104,9 @@ void PackTree(const PackRequest& request) {
     links.Make(depfile.linked);
     WriteText(OutputSet::TemporaryName(request.depfile), depfile.text);
   }
+  // What was planned by the files' first bytes was packed of their last.
+  CheckUnchanged(plan.tree);
+  StopIfInterrupted();
   outputs.Commit();
   links.Commit();
 }

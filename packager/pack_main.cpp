@@ -1,5 +1,6 @@
 // quirloduino-pack: packs a payload tree for the installer, lists one, verifies a packed one.
-// Exit status: 0 done, 1 wrong usage, 2 refused or failed, with one line on the error stream.
+// Exit status: 0 done, 1 wrong usage, 2 refused or failed, 128 + the signal when interrupted, each
+// with one line on the error stream.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -7,7 +8,10 @@
 #include <string>
 #include <thread>
 
+#include "packager/interruption.h"
 #include "packager/pack_commands.h"
+#include "packager/progress_bar.h"
+#include "store/package_version.h"
 
 namespace {
 
@@ -19,9 +23,16 @@ int Complain(const char* text, int status) {
   return status;
 }
 
+void AddQuietFlag(CLI::App* subcommand) {
+  subcommand->add_flag_callback(
+      "--quiet", [] { ProgressBar::SetWanted(false); }, "Show no progress, not even on a terminal");
+}
+
 int Run(int argc, char** argv) {
   CLI::App app{"Packs the files that the Quirloduino installer carries.", "quirloduino-pack"};
   app.require_subcommand(1);
+  app.set_version_flag("--version", "quirloduino-pack " + std::string(kPackageVersion) +
+                                        ", packing with Zstandard " + ZstandardVersion());
 
   PackRequest request;
   request.frame.threads = std::clamp(std::thread::hardware_concurrency(), 1U, kMostThreads);
@@ -31,7 +42,8 @@ int Run(int argc, char** argv) {
                    "The folder to write payload.zst, payload.tbl and payload_tables.cpp into")
       ->type_name("DIR")
       ->required();
-  pack->add_option("--level", request.frame.level, "Zstandard level")
+  pack->add_option("--level", request.frame.level,
+                   "Zstandard level: 3 takes seconds and is for trying, 22 for a release")
       ->check(CLI::Range(kLowestLevel, kHighestLevel))
       ->capture_default_str();
   pack->add_option("--threads", request.frame.threads,
@@ -41,6 +53,7 @@ int Run(int argc, char** argv) {
   pack->add_option("--depfile", request.depfile,
                    "Also write a Makefile-style list of all files and folders of the tree")
       ->type_name("FILE");
+  AddQuietFlag(pack);
   pack->callback([&request] { PackTree(request); });
 
   std::string listed;
@@ -57,6 +70,7 @@ int Run(int argc, char** argv) {
   verify->add_option("DIR", verified, "The folder that `pack` wrote, or an installer")->required();
   verify->add_option("--tree", compared, "Also compare it with this payload tree, byte for byte")
       ->type_name("TREE");
+  AddQuietFlag(verify);
   verify->callback([&verified, &compared] { VerifyPacked(verified, compared); });
 
   try {
@@ -72,8 +86,11 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  NoteInterruptions();
   try {
     return Run(argc, argv);
+  } catch (const Interruption& interruption) {
+    return Complain(interruption.what(), interruption.status());
   } catch (const std::exception& error) {
     return Complain(error.what(), kRefused);
   }

@@ -10,6 +10,7 @@
 #include "packager/order_rules.h"
 #include "packager/payload_order.h"
 #include "packager/payload_rules.h"
+#include "packager/progress_bar.h"
 #include "packager/refusal.h"
 
 namespace {
@@ -45,6 +46,11 @@ std::vector<PlannedEntry> MakeEntries(const std::filesystem::path& root,
   return entries;
 }
 
+PayloadTree ReadTreeVisibly(const std::filesystem::path& root) {
+  const ProgressBar progress("Reading " + Printable(root.string()), 0);
+  return ReadPayloadTree(root);
+}
+
 }  // namespace
 
 std::vector<PayloadFile> TableEntries(const PayloadPlan& plan) {
@@ -55,7 +61,7 @@ std::vector<PayloadFile> TableEntries(const PayloadPlan& plan) {
 }
 
 PayloadPlan PlanPayload(const std::filesystem::path& root) {
-  PayloadPlan plan{ReadPayloadTree(root), {}, 0};
+  PayloadPlan plan{ReadTreeVisibly(root), {}, 0};
   if (plan.tree.files.empty()) throw Refusal(root.string(), "the payload tree holds no file");
   CheckTreePaths(plan.tree);
   CheckPayload(plan.tree.files, plan.tree.folders, [&root](const PayloadFile& file) {

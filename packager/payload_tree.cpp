@@ -28,9 +28,11 @@ std::vector<std::string> NamesIn(const fs::path& folder) {
 
 void AddFile(const fs::path& path, const std::string& name, PayloadTree* tree) {
   std::error_code error;
-  const std::uintmax_t size = fs::file_size(path, error);
+  const FileStamp stamp = StampOf(path, &error);
+  const std::uintmax_t size = error ? 0 : fs::file_size(path, error);
   if (error) RefuseUnreadable(name, error);
   tree->files.push_back({name, size});
+  tree->stamps.emplace(name, stamp);
 }
 
 void Walk(const std::string& folder, PayloadTree* tree) {
@@ -67,4 +69,19 @@ PayloadTree ReadPayloadTree(const fs::path& root) {
             [](const PayloadFile& a, const PayloadFile& b) { return a.name < b.name; });
   std::sort(tree.folders.begin(), tree.folders.end());
   return tree;
+}
+
+void CheckUnchanged(const PayloadTree& tree) {
+  const PayloadTree now = ReadPayloadTree(tree.root);
+  const auto refuse = [](const std::string& name) {
+    throw Refusal(name, "changed while the tree was being packed");
+  };
+  for (const auto& [name, stamp] : tree.stamps) {
+    const auto found = now.stamps.find(name);
+    if (found == now.stamps.end() || found->second != stamp) refuse(name);
+  }
+  for (const auto& [name, stamp] : now.stamps) {
+    if (!tree.stamps.contains(name)) refuse(name);
+  }
+  if (now.folders != tree.folders) refuse(tree.root.string());
 }

@@ -4,8 +4,11 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
+
+#include "packager/file_stamp.h"
 
 // One file of a tree or one entry of a table: its name and its bytes.
 struct PayloadFile {
@@ -17,10 +20,15 @@ struct PayloadFile {
 
 struct PayloadTree {
   std::filesystem::path root;
-  std::vector<PayloadFile> files;    // by name, in byte order
-  std::vector<std::string> folders;  // relative; by name, the root's own, "", first
+  std::vector<PayloadFile> files;                // by name, in byte order
+  std::vector<std::string> folders;              // relative; by name, the root's own, "", first
+  std::map<std::string, FileStamp> stamps = {};  // of the files, by name; for CheckUnchanged
 };
 
 // The tree below `root`, always in the same order. Throws Refusal when `root` is no folder, when
 // something can't be read, and for a link or special file, which no installer could write.
 PayloadTree ReadPayloadTree(const std::filesystem::path& root);
+
+// Throws Refusal unless the tree is still what it was when `tree` was read: the same files and
+// folders, and none of the files changed, whether or not its size did.
+void CheckUnchanged(const PayloadTree& tree);

@@ -1,5 +1,5 @@
-// A bar on the terminal while a large payload is compressed. Nothing is written when the standard
-// error stream isn't a terminal.
+// What a long step is doing and how far it is, as one line on the terminal. Nothing is written when
+// the standard error stream isn't a terminal, or when nobody wants it.
 #pragma once
 
 #include <cstdint>
@@ -7,20 +7,27 @@
 
 class ProgressBar {
  public:
-  // `title` stands before the bar; `total` may be 0.
+  // `title` stands before the bar. With a `total` of 0 there is no bar, only the title.
   ProgressBar(std::string title, std::uint64_t total);
   // Wipes the bar, so that a message that follows has the line for itself.
   ~ProgressBar();
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  void Advance(std::uint64_t bytes);
+  void Advance(std::uint64_t bytes) { Reach(done_ + bytes); }
+  void Reach(std::uint64_t done);
+
+  // False for a run that shall be quiet; it holds for all bars made from then on.
+  static void SetWanted(bool wanted);
 
  private:
+  void Show(const std::string& text);
+
   std::string title_;
   std::uint64_t total_;
   std::uint64_t done_ = 0;
   int shown_percent_ = -1;
+  int shown_width_ = 0;
   bool active_;
 };
 

@@ -10,6 +10,7 @@
 #include "packager/name_rules.h"
 #include "packager/order_rules.h"
 #include "packager/payload_rules.h"
+#include "packager/progress_bar.h"
 #include "packager/refusal.h"
 
 namespace {
@@ -33,21 +34,24 @@ std::string ReadFrameFile(const std::filesystem::path& path, const PayloadTable&
   return frame;
 }
 
-void CompareContent(const PackedPayload& packed, std::size_t index, const PayloadPlan& plan) {
+void CompareContent(const PackedPayload& packed, std::size_t index, const PayloadPlan& plan,
+                    ProgressBar* progress) {
   const PlannedEntry& entry = plan.entries[index];
   std::string_view expected = BytesOf(packed, index);
   ReadInPieces(plan.tree.root / entry.source, entry.name, entry.size,
-               [&expected, &entry](std::string_view piece) {
+               [&expected, &entry, progress](std::string_view piece) {
                  if (!expected.starts_with(piece)) {
                    throw Refusal(entry.name, "differs from the tree's file");
                  }
                  expected.remove_prefix(piece.size());
+                 progress->Advance(piece.size());
                });
 }
 
 }  // namespace
 
 PackedPayload ExpandPayload(const std::string& name, PayloadTable table, std::string_view frame) {
+  const ProgressBar progress("Expanding " + Printable(name), 0);
   PackedPayload packed{std::move(table), {}, {}};
   packed.content = ExpandFrame(name, frame, packed.table.content_size);
   std::uint64_t position = 0;
@@ -92,6 +96,7 @@ void CheckPackedPayload(const PackedPayload& packed) {
 void CompareWithTree(const PackedPayload& packed, const PayloadPlan& plan) {
   const std::vector<PayloadFile>& entries = packed.table.entries;
   const std::size_t shared = std::min(entries.size(), plan.entries.size());
+  ProgressBar progress("Comparing with the tree", packed.table.content_size);
   for (std::size_t i = 0; i < shared; ++i) {
     const PlannedEntry& expected = plan.entries[i];
     if (entries[i].name != expected.name) {
@@ -103,7 +108,7 @@ void CompareWithTree(const PackedPayload& packed, const PayloadPlan& plan) {
                                          " bytes, but the tree's file has " +
                                          std::to_string(expected.size));
     }
-    if (!SplitAlias(expected.name)) CompareContent(packed, i, plan);
+    if (!SplitAlias(expected.name)) CompareContent(packed, i, plan, &progress);
   }
   // The version marker ends both, so neither can go on without a difference before; a table that
   // was never checked might.

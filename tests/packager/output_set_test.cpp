@@ -27,7 +27,6 @@ TEST(OutputSet, FilesAppearTogetherWhenCommitted) {
   const TempDir dir;
   {
     OutputSet outputs({dir / "x/a", dir / "y/b"});
-    outputs.MakeFolders();
     WriteFile(OutputSet::TemporaryName(dir / "x/a"), "1");
     WriteFile(OutputSet::TemporaryName(dir / "y/b"), "2");
     outputs.Commit();
@@ -52,6 +51,44 @@ TEST(OutputSet, NothingStaysWhenTheLastFileCanNotBeNamed) {
     EXPECT_THROW(outputs.Commit(), Refusal);  // b was never written
   }
   EXPECT_TRUE(ReadTree(dir.path()).empty());
+}
+
+TEST(OutputSet, FoldersMadeForNothingGoAgain) {
+  const TempDir dir;
+  WriteFile(dir / "was/there", "");
+  {
+    const OutputSet outputs({dir / "x/y/a", dir / "was/b", dir / "was/new/c"});
+    EXPECT_EQ(ReadTree(dir.path()),
+              (Tree{{"was/", ""}, {"was/new/", ""}, {"was/there", ""}, {"x/", ""}, {"x/y/", ""}}));
+  }
+  EXPECT_EQ(ReadTree(dir.path()), (Tree{{"was/", ""}, {"was/there", ""}}));
+}
+
+TEST(OutputSet, SecondOneForAFolderIsRefusedAndTouchesNothing) {
+  const TempDir dir;
+  const OutputSet first({dir / "a"});
+  WriteFile(OutputSet::TemporaryName(dir / "a"), "begun");
+  WriteFile(dir / "b", "another's");
+  try {
+    const OutputSet second({dir / "b"});
+    FAIL();
+  } catch (const Refusal& refusal) {
+    EXPECT_EQ(refusal.what(), dir.path() + ": another run is packing into this folder");
+  }
+  EXPECT_EQ(ReadTree(dir.path()), (Tree{{"a.part", "begun"}, {"b", "another's"}}));
+}
+
+TEST(OutputSet, FolderIsFreeWhenTheFirstHasGone) {
+  const TempDir dir;
+  { const OutputSet first({dir / "a"}); }
+  const OutputSet second({dir / "a"});
+}
+
+TEST(OutputSet, TwoNamesOfOneFolderAreOneFolder) {
+  const TempDir dir;
+  fs::create_directory(dir / "x");
+  fs::create_directory_symlink(dir / "x", dir / "link");
+  const OutputSet outputs({dir / "x/a", dir / "link/b", dir / "x/../x/c"});
 }
 
 TEST(LinkFolder, LinksGoWithTheFolderUnlessCommitted) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/packager/payload_fixture.h"
+
 namespace {
 
 TEST(ProgressBar, IsAsWideAtTheStartAsAtTheEnd) {
@@ -19,6 +21,36 @@ TEST(ProgressBar, WritesNothingWhereThereIsNoTerminal) {
     bar.Advance(5);
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+class ProgressOnATerminal : public PayloadTest {
+ protected:
+  // What a terminal shows of a run, both streams together.
+  std::string Shown(const std::string& arguments) const {
+    const ProgramResult result = RunProgram(
+        "/usr/bin/script",
+        {"-qec", std::string("'") + PACK_PROGRAM + "' " + arguments, dir_ / "typescript"});
+    EXPECT_EQ(result.status, 0) << result.output << result.error;
+    return result.output;
+  }
+};
+
+TEST_F(ProgressOnATerminal, EachPhaseIsTold) {
+  const std::string shown = Shown("pack '" + tree() + "' --output '" + output() + "' --level 2");
+  EXPECT_THAT(shown, testing::HasSubstr("\rReading " + tree() + " ..."));
+  EXPECT_THAT(shown, testing::HasSubstr("\rLooking for files that are the same ["));
+  EXPECT_THAT(shown, testing::HasSubstr("\rPacking at level 2 ["));
+  EXPECT_THAT(shown, testing::HasSubstr("] 100%\r"));
+  EXPECT_THAT(shown, testing::EndsWith(" \r")) << "the line isn't wiped";
+  const std::string verified = Shown("verify '" + output() + "' --tree '" + tree() + "'");
+  EXPECT_THAT(verified, testing::HasSubstr("\rExpanding " + output() + "/payload.zst ..."));
+  EXPECT_THAT(verified, testing::HasSubstr("\rComparing with the tree ["));
+}
+
+TEST_F(ProgressOnATerminal, QuietRunShowsNothing) {
+  EXPECT_EQ(Shown("pack '" + tree() + "' --output '" + output() + "' --level 2 --quiet"), "");
+  EXPECT_THAT(Shown("verify '" + output() + "' --tree '" + tree() + "' --quiet"),
+              testing::StartsWith("verified: "));
 }
 
 }  // namespace
