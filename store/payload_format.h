@@ -65,8 +65,9 @@ inline constexpr char kFinalPicture[] = "final.png";
 inline constexpr char kWelcomePicture[] = "screenshot.png";
 inline constexpr char kLogoPicture[] = "quirlo_icon.png";
 inline constexpr char kBoardPicture[] = "quirlo_main.png";
-inline constexpr const char* kPictures[] = {kFinalPicture, "sc.png", kWelcomePicture, kLogoPicture,
-                                            kBoardPicture};
+inline constexpr char kSparePicture[] = "sc.png";  // on no page
+inline constexpr const char* kPictures[] = {kFinalPicture, kSparePicture, kWelcomePicture,
+                                            kLogoPicture, kBoardPicture};
 
 // The files of the root that are no pictures, in table order. What is a tool goes to the host's
 // tools; the others have a rule of their own or are carried without being installed.

@@ -4,12 +4,11 @@
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Group.H>
 
-#include "store/payload_format.h"
 #include "wizard/furniture.h"
 
 void BuildFinishedPage() {
   Fl_Group* page = BeginPage();
-  AddPicture(FL_NO_BOX, 5, 65, 490, 242, LoadPicture(kFinalPicture));
+  AddPicture(FL_NO_BOX, 5, 65, kFinalRoom);
   AddHeader();
   AddTitle("Finished");
   AddSubtitle("All files were installed");

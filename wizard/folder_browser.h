@@ -30,8 +30,8 @@ void filter_folder_list();
 // Refills PathChoice with BrowsedFolder, each of its parents, nearest first, and "[All Drives]".
 void rebuild_path_choice();
 
-// Judges HostFolder: sets HostVersionNumber, and FolderNextButton active or not by it. A folder that
-// the calls of platform/files.h would take for another one is refused.
+// Judges HostFolder: sets HostVersionNumber, and FolderNextButton active or not by it. A folder
+// that the calls of platform/files.h would take for another one is refused.
 void recognise_host_folder();
 
 // Cuts the last part of `path`, so that it ends in the separator before that part or is empty.

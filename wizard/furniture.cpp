@@ -5,7 +5,6 @@
 #include <FL/Fl_Group.H>
 
 #include "store/embedded_file_store.h"
-#include "store/payload_format.h"
 #include "wizard/png_image.h"
 #include "wizard/text_label.h"
 #include "wizard/wizard_pages.h"
@@ -13,6 +12,18 @@
 namespace {
 
 Fl_Image* logo;
+
+// The picture that the payload has of this name, empty when it is missing. It lives as long as the
+// program.
+Fl_Image* LoadPicture(const PictureRoom& room) {
+  return new my_png_image(FindEntryByName(room.name));
+}
+
+Fl_Box* AddImage(Fl_Boxtype box, int x, int y, const PictureRoom& room, Fl_Image* image) {
+  auto* picture = new Fl_Box(box, x, y, room.width, room.height, nullptr);
+  picture->image(image);
+  return picture;
+}
 
 Fl_Button* AddButton(int x, const char* label, Fl_Callback_p callback) {
   auto* button = new Fl_Button(x, 323, 90, 26, label);
@@ -26,18 +37,12 @@ Fl_Group* BeginPage() {
   return new Fl_Group(0, 0, kPageWidth, kPageHeight);
 }
 
-Fl_Image* LoadPicture(const char* entry_name) {
-  return new my_png_image(FindEntryByName(entry_name));
-}
-
 void LoadLogo() {
-  logo = LoadPicture(kLogoPicture);
+  logo = LoadPicture(kLogoRoom);
 }
 
-Fl_Box* AddPicture(Fl_Boxtype box, int x, int y, int width, int height, Fl_Image* image) {
-  auto* picture = new Fl_Box(box, x, y, width, height, nullptr);
-  picture->image(image);
-  return picture;
+Fl_Box* AddPicture(Fl_Boxtype box, int x, int y, const PictureRoom& room) {
+  return AddImage(box, x, y, room, LoadPicture(room));
 }
 
 Fl_Box* AddRule(int x, int y, int width, int height) {
@@ -59,7 +64,7 @@ Fl_Box* AddSubtitle(const char* text) {
 }
 
 Fl_Box* AddLogo() {
-  return AddPicture(FL_FLAT_BOX, 400, 0, 100, 60, logo);
+  return AddImage(FL_FLAT_BOX, 400, 0, kLogoRoom, logo);
 }
 
 Fl_Box* AddUpperRule() {

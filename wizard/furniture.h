@@ -5,10 +5,11 @@
 #include <FL/Enumerations.H>
 #include <FL/Fl_Widget.H>
 
+#include "wizard/picture_room.h"
+
 class Fl_Box;
 class Fl_Button;
 class Fl_Group;
-class Fl_Image;
 
 // Every page is as large as the window.
 inline constexpr int kPageWidth = 500;
@@ -21,13 +22,12 @@ inline constexpr Fl_Align kTopLeftWrap =
 // A page to fill; end() on it completes the page.
 Fl_Group* BeginPage();
 
-// A picture of the payload, empty when it is missing. It lives as long as the program.
-Fl_Image* LoadPicture(const char* entry_name);
-
 // Loads the one image that all logos share. To be called before the first page is built.
 void LoadLogo();
 
-Fl_Box* AddPicture(Fl_Boxtype box, int x, int y, int width, int height, Fl_Image* image);
+// A picture of the payload in all of its room, with its top left corner at x, y. Without such an
+// entry the box stays blank.
+Fl_Box* AddPicture(Fl_Boxtype box, int x, int y, const PictureRoom& room);
 Fl_Box* AddRule(int x, int y, int width, int height);
 
 Fl_Box* AddHeader();

@@ -14,19 +14,17 @@
 #include "store/embedded_file_store.h"
 #include "store/payload_format.h"
 #include "wizard/library_page.h"
+#include "wizard/picture_room.h"
 #include "wizard/png_image.h"
 
 namespace {
 
 constexpr std::size_t kLibraryNameSize = kLongestLibraryName + 1;
 constexpr std::size_t kCompanionSize = 1024;
-constexpr std::size_t kDescriptionLength = 1023;
 
 constexpr int kPreviewX = 236;
 constexpr int kPreviewY = 100;
-constexpr int kPreviewWidth = 244;
 constexpr int kSpacerHeight = 12;
-constexpr int kTextHeight = 170;  // of description and picture together
 
 // The library that a payload entry belongs to. False for any other entry and for the companion
 // files (picture, description) that lie directly in libraries/.
@@ -67,7 +65,7 @@ void ArrangePreview(int picture_height) {
   LibraryImageBox->resize(kPreviewX, kPreviewY, kPreviewWidth, picture_height);
   LibrarySpacerBox->resize(kPreviewX, kPreviewY + picture_height, kPreviewWidth, kSpacerHeight);
   LibraryTextBox->resize(kPreviewX, kPreviewY + kSpacerHeight + picture_height, kPreviewWidth,
-                         kTextHeight - picture_height);
+                         kPreviewHeight - picture_height);
 }
 
 }  // namespace

@@ -4,18 +4,7 @@
 
 #include <FL/Fl_Image.H>
 
-#include <cstddef>
-
-// Where libpng stands in the bytes of a PNG.
-struct PngReadState {
-  const unsigned char* start;  // first byte; not read again after set-up
-  const unsigned char* pos;    // next byte to read
-  const unsigned char* end;    // one past the last byte
-};
-
-// Copies the next `count` bytes to `to`. Reading past the end is no error: zeros take the place of
-// what is missing, and libpng meets them as data.
-void TakePngBytes(PngReadState* state, unsigned char* to, std::size_t count);
+#include "wizard/png_pixels.h"
 
 // An image that is decoded by its constructor and never changes afterwards. It owns its pixels; the
 // compressed bytes stay the store's. Pixels that are fully transparent come out as four zero bytes,

@@ -7,7 +7,6 @@
 #include "platform/text.h"
 #include "store/embedded_file_store.h"
 #include "store/package_version.h"
-#include "store/payload_format.h"
 #include "wizard/furniture.h"
 #include "wizard/text_label.h"
 
@@ -31,13 +30,13 @@ void AddCentredText(int y, Fl_Font font, int size, const char* text) {
 
 void BuildWelcomePage() {
   WelcomePage = BeginPage();
-  AddPicture(FL_FLAT_BOX, 0, 0, 144, 312, LoadPicture(kWelcomePicture));
+  AddPicture(FL_FLAT_BOX, 0, 0, kWelcomeRoom);
   (new Fl_Box(FL_FLAT_BOX, 144, 0, 356, 312, nullptr))->color(FL_WHITE);
   AddLowerRule();
   AddRule(144, 0, 2, 312);
   AddCentredText(6, FL_HELVETICA_BOLD, 30, "Quirloduino");
   AddCentredText(48, FL_HELVETICA, 12, VersionText());
-  AddPicture(FL_THIN_DOWN_BOX, 152, 76, 340, 113, LoadPicture(kBoardPicture));
+  AddPicture(FL_THIN_DOWN_BOX, 152, 76, kBoardRoom);
   AddCentredText(196, FL_HELVETICA, 12, "Arduino versions supported:");
   AddCentredText(212, FL_HELVETICA, 12, SupportedVersions());
   auto* purpose = new Fl_Box(FL_NO_BOX, 176, 244, 292, 130,
