@@ -13,7 +13,6 @@
 #include "recognition/criteria_line.h"
 #include "recognition/version_file.h"
 #include "recognition/zipcksum_line.h"
-#include "store/embedded_file_store.h"
 
 namespace {
 
@@ -21,7 +20,6 @@ constexpr std::size_t kPathSize = 4356;
 constexpr std::size_t kFolderLimit = 4315;  // characters of the folder that enter the path
 constexpr std::size_t kJoinedLimit = 4354;  // characters of folder and argument together
 constexpr std::size_t kShownSize = 1024;
-constexpr std::size_t kShownLimit = 1022;  // characters of an argument that the log shows
 
 // What one check works with. The path buffer holds the folder, then the line's argument behind it,
 // and serves as the read buffer once a jar's member is open.
@@ -239,13 +237,12 @@ bool LineHolds(Check* check, const CriteriaLine& line) {
 
 }  // namespace
 
-int CheckCriteria(const char* dir, std::uint32_t index) {
-  const PayloadEntry entry = EntryAt(index);
+int CheckCriteriaText(const char* dir, const char* name, const char* text, std::size_t size) {
   Check check;
-  if (!ScanExpected(entry.name, &check.expected)) return 0;
+  if (!ScanExpected(name, &check.expected)) return 0;
 
-  const char* position = reinterpret_cast<const char*>(entry.data);
-  const char* const end = position + entry.size;
+  const char* position = text;
+  const char* const end = text + size;
   CriteriaLine line;
   while (TakeCriteriaLine(&position, end, &line)) {
     // Anew for each line, as a jar's member may have been read over it.
