@@ -4,12 +4,12 @@
 
 #include "packager/name_rules.h"
 #include "packager/refusal.h"
-#include "recognition/criteria_line.h"
-#include "recognition/zipcksum_line.h"
 #include "store/location_value.h"
 #include "store/payload_format.h"
 
 namespace {
+
+constexpr std::string_view kJarEnding = ".jar";
 
 bool IsFolderKey(std::string_view key) {
   return key.ends_with("_SUBDIR");
@@ -67,17 +67,8 @@ void CheckLocation(std::string_view name, std::string_view content, const char* 
     throw Refusal(name, key_text + " must name a path below the host folder, not \"" +
                             Printable(text) + "\"");
   }
-}
-
-void CheckCriteriaLine(std::string_view name, const CriteriaLine& line, std::size_t number) {
-  if (line.keyword == CriteriaKeyword::kNone) return;
-  const std::string place = "line " + std::to_string(number);
-  std::string argument(line.argument, line.argument_length);
-  if (argument.ends_with('\r')) throw Refusal(name, place + " ends in a carriage return");
-  if (line.keyword != CriteriaKeyword::kZipcksum) return;
-  ZipcksumLine parts;
-  if (!SplitZipcksumLine(argument.data(), &parts)) {
-    throw Refusal(name, place + " is a malformed zipcksum line");
+  if (!IsFolderKey(key_text) && !text.ends_with(kJarEnding)) {
+    throw Refusal(name, key_text + " names an archive, so its value must end in \".jar\"");
   }
 }
 
@@ -85,13 +76,4 @@ void CheckCriteriaLine(std::string_view name, const CriteriaLine& line, std::siz
 
 void CheckLocations(std::string_view name, std::string_view content) {
   for (const char* key : kLocationKeys) CheckLocation(name, content, key);
-}
-
-void CheckCriteriaFile(std::string_view name, std::string_view content) {
-  const char* position = content.data();
-  const char* const end = position + content.size();
-  CriteriaLine line;
-  for (std::size_t number = 1; TakeCriteriaLine(&position, end, &line); ++number) {
-    CheckCriteriaLine(name, line, number);
-  }
 }

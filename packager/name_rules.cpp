@@ -11,7 +11,7 @@
 namespace {
 
 constexpr std::string_view kForbiddenOnWindows = "<>:\"|?*";
-constexpr std::string_view kDevices[] = {"con", "prn", "aux", "nul"};
+constexpr std::string_view kDevices[] = {"con", "prn", "aux", "nul", "conin$", "conout$", "clock$"};
 constexpr std::string_view kNumberedDevices[] = {"com", "lpt"};
 
 bool IsPrintable(char c) {
@@ -27,7 +27,7 @@ bool IsDeviceName(std::string_view component) {
   std::string stem = FoldCase(component.substr(0, component.find('.')));
   stem.erase(stem.find_last_not_of(' ') + 1);
   if (std::find(std::begin(kDevices), std::end(kDevices), stem) != std::end(kDevices)) return true;
-  if (stem.size() != 4 || stem[3] < '1' || stem[3] > '9') return false;
+  if (stem.size() != 4 || stem[3] < '0' || stem[3] > '9') return false;
   const std::string_view kind = std::string_view(stem).substr(0, 3);
   return std::find(std::begin(kNumberedDevices), std::end(kNumberedDevices), kind) !=
          std::end(kNumberedDevices);

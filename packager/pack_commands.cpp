@@ -69,6 +69,15 @@ bool IsFile(const fs::path& path) {
   return fs::is_regular_file(path, ignored);
 }
 
+void Warn(const PackRequest& request, const PayloadTree& tree) {
+  const ContentReader read = [&tree](const PayloadFile& file) {
+    return ReadWholeFile(tree.root / file.name, file.name, file.size);
+  };
+  for (const Warning& warning : FindWarnings(tree, read)) request.warn(warning);
+  if (!request.more_warnings) return;
+  for (const Warning& warning : request.more_warnings(tree, read)) request.warn(warning);
+}
+
 // The standard output may be a full disk.
 void Print(const std::string& text) {
   errno = 0;
@@ -94,6 +103,7 @@ void PackTree(const PackRequest& request) {
   }
   LinkFolder links(LinkFolderOf(request));
   const PayloadPlan plan = PlanPayload(request.tree);
+  if (request.warn) Warn(request, plan.tree);
   const std::uint64_t frame_length =
       WriteFrame(OutputSet::TemporaryName(frame), plan, request.frame);
   const PayloadTable table{frame_length, plan.content_size, TableEntries(plan)};

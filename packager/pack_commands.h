@@ -3,14 +3,22 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <vector>
 
 #include "packager/frame_writer.h"
+#include "packager/warnings.h"
 
 struct PackRequest {
   std::filesystem::path tree;
   std::filesystem::path output;   // a folder, created if need be
   std::filesystem::path depfile;  // empty for none
   FrameOptions frame;
+  // Gives warnings beside those of FindWarnings; none for none.
+  std::function<std::vector<Warning>(const PayloadTree& tree, const ContentReader& read)>
+      more_warnings = {};
+  // Told of each warning before anything is written; a Refusal that it throws ends the packing.
+  std::function<void(const Warning& warning)> warn = {};
 };
 
 // The names of what `pack` writes.

@@ -8,9 +8,11 @@
 #include <string>
 #include <thread>
 
+#include "packager/host_match.h"
 #include "packager/interruption.h"
 #include "packager/pack_commands.h"
 #include "packager/progress_bar.h"
+#include "packager/refusal.h"
 #include "store/package_version.h"
 
 namespace {
@@ -26,6 +28,12 @@ int Complain(const char* text, int status) {
 void AddQuietFlag(CLI::App* subcommand) {
   subcommand->add_flag_callback(
       "--quiet", [] { ProgressBar::SetWanted(false); }, "Show no progress, not even on a terminal");
+}
+
+void Tell(const Warning& warning, bool strict) {
+  const Refusal refusal(warning.file, warning.words);
+  if (strict) throw refusal;
+  Complain((std::string("warning: ") + refusal.what()).c_str(), 0);
 }
 
 int Run(int argc, char** argv) {
@@ -54,7 +62,20 @@ int Run(int argc, char** argv) {
                    "Also write a Makefile-style list of all files and folders of the tree")
       ->type_name("FILE");
   AddQuietFlag(pack);
-  pack->callback([&request] { PackTree(request); });
+  std::vector<std::filesystem::path> hosts;
+  pack->add_option("--host", hosts,
+                   "An Arduino folder that a release should match; may be repeated")
+      ->type_name("FOLDER")
+      ->allow_extra_args(false);
+  bool strict = false;
+  pack->add_flag("--strict", strict, "Refuse the payload for what is only warned of otherwise");
+  pack->callback([&request, &strict, &hosts] {
+    request.more_warnings = [&hosts](const PayloadTree& tree, const ContentReader& read) {
+      return CompareWithHosts(tree.files, hosts, read);
+    };
+    request.warn = [strict](const Warning& warning) { Tell(warning, strict); };
+    PackTree(request);
+  });
 
   std::string listed;
   CLI::App* list = app.add_subcommand(

@@ -6,15 +6,21 @@
 #include <set>
 #include <string_view>
 
+#include "packager/class_rules.h"
 #include "packager/control_file_rules.h"
+#include "packager/criteria_rules.h"
 #include "packager/entry_names.h"
 #include "packager/name_rules.h"
+#include "packager/picture_rules.h"
 #include "packager/refusal.h"
 #include "packager/release_name.h"
 #include "store/package_version.h"
 #include "store/payload_format.h"
 
 namespace {
+
+// What every release brings for the host's menu of boards.
+constexpr std::string_view kBoardFiles[] = {kBoardsFile, kPlatformFile};
 
 using FilesByName = std::map<std::string_view, const PayloadFile*>;
 
@@ -78,6 +84,27 @@ void CheckNoneBeginsAnother(const std::set<std::string_view>& releases) {
   }
 }
 
+// The host would have no boards for the package, and no commands to build for one.
+void CheckBoardFile(std::string_view release, std::string_view file, const FilesByName& by_name) {
+  const std::string wanted = std::string(release) + "/" + std::string(file);
+  if (Find(by_name, wanted) != nullptr) return;
+  for (const auto& [name, found] : by_name) {
+    if (FoldCase(name) == FoldCase(wanted)) {
+      throw Refusal(name, "must be named " + std::string(file) + ", in small letters");
+    }
+  }
+  throw Refusal(release, "a release must have a " + std::string(file));
+}
+
+std::vector<const PayloadFile*> FilesBelow(const std::string& folder, const FilesByName& by_name) {
+  std::vector<const PayloadFile*> files;
+  for (auto position = by_name.lower_bound(folder);
+       position != by_name.end() && position->first.starts_with(folder); ++position) {
+    files.push_back(position->second);
+  }
+  return files;
+}
+
 void CheckRelease(std::string_view release, const FilesByName& by_name, const ContentReader& read) {
   const PayloadFile* criteria = Find(by_name, std::string(release) + kCriteriaFileEnding);
   if (criteria == nullptr) {
@@ -88,8 +115,20 @@ void CheckRelease(std::string_view release, const FilesByName& by_name, const Co
   CheckReleaseName(release);
   const PayloadFile* locations = Find(by_name, std::string(release) + kLocationsFileEnding);
   if (locations == nullptr) throw Refusal(release, "a release must have a WINDOWS/locations.txt");
-  CheckLocations(locations->name, read(*locations));
-  CheckCriteriaFile(criteria->name, read(*criteria));
+  const std::string locations_text = read(*locations);
+  CheckLocations(locations->name, locations_text);
+  const Criteria proven = ReadCriteria(criteria->name, read(*criteria));
+  for (const std::string_view file : kBoardFiles) CheckBoardFile(release, file, by_name);
+  CheckClasses(release, FilesBelow(std::string(release) + "/" + kWindowsFolder, by_name),
+               locations_text, proven, read);
+}
+
+// The installer's list of the releases that it supports would end before the last of them.
+void CheckCount(const std::set<std::string_view>& releases) {
+  if (releases.size() <= kMostReleases) return;
+  throw Refusal(*std::next(releases.begin(), kMostReleases),
+                "a payload must not have more than " + std::to_string(kMostReleases) +
+                    " releases, not " + std::to_string(releases.size()));
 }
 
 void CheckVersionMarker(const FilesByName& by_name, const ContentReader& read) {
@@ -124,7 +163,9 @@ void CheckPayload(const std::vector<PayloadFile>& files, const std::vector<std::
   }
   const FilesByName by_name = ByName(files);
   const std::set<std::string_view> releases = ReleaseFolders(files, folders);
+  CheckCount(releases);
   for (const std::string_view release : releases) CheckRelease(release, by_name, read);
   CheckNoneBeginsAnother(releases);
   CheckVersionMarker(by_name, read);
+  CheckPictures(files, read);
 }

@@ -9,6 +9,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr fs::perms kExecuteBits =
+    fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+
 [[noreturn]] void RefuseUnreadable(const std::string& name, const std::error_code& error) {
   throw Refusal(name, WithReason("can't be read", error.value()));
 }
@@ -50,6 +53,9 @@ void Walk(const std::string& folder, PayloadTree* tree) {
       Walk(name, tree);
     } else if (status.type() == fs::file_type::regular) {
       AddFile(path, name, tree);
+      if ((status.permissions() & kExecuteBits) != fs::perms::none) {
+        tree->executables.push_back(name);
+      }
     } else if (error) {
       RefuseUnreadable(name, error);
     } else {

@@ -22,6 +22,7 @@ struct PayloadTree {
   std::filesystem::path root;
   std::vector<PayloadFile> files;                // by name, in byte order
   std::vector<std::string> folders;              // relative; by name, the root's own, "", first
+  std::vector<std::string> executables = {};     // files that anybody may execute; as found
   std::map<std::string, FileStamp> stamps = {};  // of the files, by name; for CheckUnchanged
 };
 

@@ -45,9 +45,11 @@ const Tree& SoundTree() {
       {"arm/bin/c++.exe", "compiler"},
       {"arm/bin/g++.exe", "compiler"},
       {"1.8.19/WINDOWS/directory_criteria.txt",
-       "zipcksum:lib/pde.jar 1 2 processing/app/Base.class\n"},
+       "version:lib/version.txt\nzipcksum:lib/some.jar 1 2 processing/app/Editor.class\n"},
       {"1.8.19/WINDOWS/locations.txt", SoundLocations()},
       {"1.8.19/WINDOWS/pde.jar/processing/app/Base.class", "class"},
+      {"1.8.19/boards.txt", "boards"},
+      {"1.8.19/platform.txt", "platform"},
       {"quirloduino.txt", "1.60-beta5"},
   };
   return tree;

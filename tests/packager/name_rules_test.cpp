@@ -46,8 +46,8 @@ TEST(NameRules, ZeroByteAndDeleteAreRefused) {
 }
 
 TEST(NameRules, NamesNextToTheForbiddenOnesAreAccepted) {
-  for (const char* path : {"con1", "auxiliary.c", "com0", "com10", "lpt", "xcon", "c.aux", ".x",
-                           " x", "a.b/c d", "Base$18.class", "~", "!"}) {
+  for (const char* path : {"con1", "auxiliary.c", "com10", "conin", "clock$s", "lpt", "xcon",
+                           "c.aux", ".x", " x", "a.b/c d", "Base$18.class", "~", "!"}) {
     EXPECT_EQ(RefusalOfPath(path), "accepted") << path;
   }
 }

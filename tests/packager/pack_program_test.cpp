@@ -15,21 +15,24 @@ const char kTable[] =
     "4\tquirlo.exe\n"
     "8\tarm/bin/arm-none-eabi-c++.exe\n"
     "0\tarm/bin/arm-none-eabi-g++.exe --> arm/bin/arm-none-eabi-c++.exe\n"
-    "75\t1.8.13/WINDOWS/directory_criteria.txt\n"
+    "76\t1.8.13/WINDOWS/directory_criteria.txt\n"
     "296\t1.8.13/WINDOWS/locations.txt\n"
     "15\t1.8.13/WINDOWS/pde.jar/processing/app/Base$18.class\n"
-    "75\t1.8.19/WINDOWS/directory_criteria.txt\n"
+    "76\t1.8.19/WINDOWS/directory_criteria.txt\n"
     "296\t1.8.19/WINDOWS/locations.txt\n"
     "15\t1.8.19/WINDOWS/pde.jar/processing/app/Base$18.class\n"
-    "75\t1.8.5/WINDOWS/directory_criteria.txt\n"
+    "76\t1.8.5/WINDOWS/directory_criteria.txt\n"
     "296\t1.8.5/WINDOWS/locations.txt\n"
     "14\t1.8.5/WINDOWS/pde.jar/processing/app/Base$18.class\n"
     "8\tcores/keywords.txt\n"
     "4\tcores/quirlo3/main.cpp\n"
     "5\tlibraries/Servo/Servo.h\n"
     "16\t1.8.13/boards.txt\n"
+    "18\t1.8.13/platform.txt\n"
     "16\t1.8.19/boards.txt\n"
+    "18\t1.8.19/platform.txt\n"
     "15\t1.8.5/boards.txt\n"
+    "17\t1.8.5/platform.txt\n"
     "10\tquirloduino.txt\n";
 
 std::map<std::string, std::string> Three(const std::string& folder) {
@@ -44,9 +47,9 @@ TEST_F(PackProgram, WritesThreeFilesAndNothingElse) {
   const std::string length = std::to_string(ReadFile(output() + "/payload.zst").size());
   EXPECT_EQ(ReadFile(output() + "/payload.tbl"),
             "quirloduino payload 1\n"
-            "entries 19\n"
+            "entries 22\n"
             "frame " +
-                length + "\ncontent 1243\n" + kTable);
+                length + "\ncontent 1299\n" + kTable);
 }
 
 TEST_F(PackProgram, MakesTheOutputFolderAndThoseAboveIt) {

@@ -97,7 +97,8 @@ TEST_F(PackerRefuses, FileAndFolderThatDifferOnlyInCase) {
 }
 
 TEST_F(PackerRefuses, ReleaseThatIsTheBeginningOfAnother) {
-  for (const std::string& file : {kCriteria, kLocations}) {
+  for (const std::string file :
+       {kCriteria.c_str(), kLocations.c_str(), "/boards.txt", "/platform.txt"}) {
     Write("1.8.1" + file, ReadFile(In("1.8.13" + file)));
   }
   ExpectRefused("1.8.1: a release's name must not be the beginning of another's, 1.8.13");
@@ -204,7 +205,7 @@ TEST_F(PackerRefuses, ArchiveValueThatLeadsOutOfTheHostFolder) {
 TEST_F(PackerRefuses, MalformedZipcksumLine) {
   for (const std::string line : {"zipcksum:lib/pde.jar", "zipcksum:lib/pde.jar 1 a.class",
                                  "zipcksum:lib/pde.jar 1 2 3 a.class", "zipcksum:lib/pde.jar 1 2",
-                                 "zipcksum:lib/pde.jar a.class", "zipcksum:"}) {
+                                 "zipcksum:lib/pde.jar a.class"}) {
     Write("1.8.5" + kCriteria, "version:lib/version.txt\n\n" + line + "\nfile:a\n");
     ExpectRefused("1.8.5/WINDOWS/directory_criteria.txt: line 3 is a malformed zipcksum line");
   }

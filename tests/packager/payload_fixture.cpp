@@ -14,6 +14,10 @@ std::string SoundLocations() {
   return text;
 }
 
+std::string SoundCriteria() {
+  return "version:lib/version.txt\nzipcksum:lib/some.jar 1 2 processing/app/Base.class\n";
+}
+
 std::map<std::string, std::string> SoundPayload() {
   std::map<std::string, std::string> files = {
       {"quirloduino.txt", "1.60-beta5"},
@@ -25,11 +29,11 @@ std::map<std::string, std::string> SoundPayload() {
       {"libraries/Servo/Servo.h", "servo"},
   };
   for (const std::string release : {"1.8.13", "1.8.19", "1.8.5"}) {
-    files[release + "/WINDOWS/directory_criteria.txt"] =
-        "version:lib/version.txt\nzipcksum:lib/pde.jar 1 2 processing/app/Base.class\n";
+    files[release + "/WINDOWS/directory_criteria.txt"] = SoundCriteria();
     files[release + "/WINDOWS/locations.txt"] = SoundLocations();
     files[release + "/WINDOWS/pde.jar/processing/app/Base$18.class"] = "class of " + release;
     files[release + "/boards.txt"] = "boards of " + release;
+    files[release + "/platform.txt"] = "platform of " + release;
   }
   return files;
 }

@@ -13,6 +13,9 @@
 // A locations.txt with all eleven keys.
 std::string SoundLocations();
 
+// A directory_criteria.txt that proves one class of the archive that SoundLocations names.
+std::string SoundCriteria();
+
 // A small payload with three releases that passes every rule: name to content.
 std::map<std::string, std::string> SoundPayload();
 

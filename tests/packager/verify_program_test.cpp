@@ -52,7 +52,7 @@ class Verify : public PayloadTest {
 };
 
 TEST_F(Verify, SoundPayloadIsTold) {
-  const std::string line = "verified: 19 entries, 1243 bytes, packed into " +
+  const std::string line = "verified: 22 entries, 1299 bytes, packed into " +
                            std::to_string(ReadFile(Out("payload.zst")).size()) + "\n";
   for (const ProgramResult& result : {Run(), Run({"--tree", tree()})}) {
     EXPECT_EQ(result.error, "");
@@ -93,7 +93,7 @@ TEST_F(Verify, SizesThatDoNotSumAreFound) {
   std::string table = ReadFile(Out("payload.tbl"));
   table.replace(table.find("4\tquirlo.exe"), 1, "5");
   WriteFile(Out("payload.tbl"), table);
-  ExpectFault(Out("payload.tbl") + ": the sizes sum to 1244, but the content has 1243 bytes");
+  ExpectFault(Out("payload.tbl") + ": the sizes sum to 1300, but the content has 1299 bytes");
 }
 
 TEST_F(Verify, ChangedTreeIsFound) {
@@ -148,8 +148,10 @@ TEST_F(Verify, ForeignPayloadsAreHeldToTheRules) {
 }
 
 TEST_F(Verify, ForeignTableThatEndsInAnArchiveObjectIsFound) {
-  PackForeign({{"1.8.5/WINDOWS/directory_criteria.txt", ""},
+  PackForeign({{"1.8.5/WINDOWS/directory_criteria.txt", SoundCriteria()},
                {"1.8.5/WINDOWS/locations.txt", SoundLocations()},
+               {"1.8.5/boards.txt", ""},
+               {"1.8.5/platform.txt", ""},
                {"quirloduino.txt", "1.60-beta5"},
                {"1.8.5/WINDOWS/pde.jar/A.class", "x"}});
   ExpectFault("1.8.5/WINDOWS/pde.jar/A.class: the table must not end in an object of an archive");

@@ -396,7 +396,8 @@ CaseReport RunTreeCase(std::uint64_t seed) {
   InstallCase install(&random, mode);
   install.request().release = tree.release;
   install.request().locations = tree.locations;
-  MakeRandomHost(&random, install.host(), install.request(), EntriesOf(tree.files));
+  MakeRandomHost(&random, install.host(), install.request(), EntriesOf(tree.files),
+                 mode == Mode::kProgram ? HostJars::kSound : HostJars::kAny);
   tree.files[tree.release + "/WINDOWS/directory_criteria.txt"] =
       MakeCriteria(&random, install.host(), install.request(), EntriesOf(tree.files));
 
@@ -425,7 +426,7 @@ CaseReport RunTableCase(std::uint64_t seed) {
   InstallCase install(&random, mode);
   install.request().release = table.release;
   install.request().locations = table.locations;
-  MakeRandomHost(&random, install.host(), install.request(), table.entries);
+  MakeRandomHost(&random, install.host(), install.request(), table.entries, HostJars::kAny);
   if (mode != Mode::kLoop) {
     if (random.OneIn(2)) install.TickLibraries(table.entries);
     install.MakePreferenceFiles();

@@ -10,6 +10,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// Every archive has it, so that there is something to prove an archive by.
+constexpr char kOwnMember[] = "processing/app/Own.class";
+const std::string kOwnContent = "the host's own";
+
 std::string JarOf(const InstallRequest& request, const std::string& key) {
   const auto found = request.locations.find(key);
   return found == request.locations.end() ? "lib/pde.jar" : found->second;
@@ -22,7 +26,7 @@ void MakeJar(Random* random, const std::string& path) {
             random->Of({"Base.class", "Editor.class", "Other.class", "Base%s.class"})] =
         random->Bytes(3000);
   }
-  members["processing/app/Own.class"] = "the host's own";
+  members[kOwnMember] = kOwnContent;
   WriteJar(path, members);
 }
 
@@ -58,14 +62,14 @@ std::uint32_t Checksum(const std::string& bytes) {
 }
 
 void MakeRandomHost(Random* random, const std::string& path, const InstallRequest& request,
-                    const std::vector<TestEntry>& entries) {
+                    const std::vector<TestEntry>& entries, HostJars jars) {
   const std::string release = request.release.empty() ? "1.8.19" : request.release;
   WriteFile(path + "/lib/version.txt", release + random->Of({"\n", "", "\r\n", "-hourly\n"}));
   WriteFile(path + "/arduino.exe", random->Bytes(500));
   for (const char* key : {"ARDUINO_JAR_FILE1", "ARDUINO_JAR_FILE2"}) {
     const std::string jar = path + "/" + JarOf(request, key);
     if (fs::exists(jar)) continue;
-    switch (random->Below(40)) {
+    switch (jars == HostJars::kSound ? 3 : random->Below(40)) {
       case 0:
         break;  // missing
       case 1:
@@ -113,7 +117,13 @@ std::string MakeCriteria(Random* random, const std::string& path, const InstallR
   for (const auto& [key, tree] : {std::pair{"ARDUINO_JAR_FILE1", "pde.jar/"},
                                   std::pair{"ARDUINO_JAR_FILE2", "arduino-core.jar/"}}) {
     const std::string jar = JarOf(request, key);
-    if (jar.find(' ') != std::string::npos || !fs::is_regular_file(path + "/" + jar)) continue;
+    if (jar.find(' ') != std::string::npos) {
+      text += "zipfile:" + jar + "\n";
+      continue;
+    }
+    text += "zipcksum:" + jar + " " + std::to_string(Checksum(kOwnContent)) + " " +
+            std::to_string(kOwnContent.size()) + " " + kOwnMember + "\n";
+    if (!fs::is_regular_file(path + "/" + jar)) continue;
     JarMembers members;
     try {
       members = ReadJar(path + "/" + jar);

@@ -9,6 +9,11 @@ namespace {
 
 constexpr char kMark[] = "// this file no longer used\n";
 
+// Of a release that no host holds; they name every archive that a release may have.
+constexpr char kCriteriaOfOthers[] =
+    "version:lib/version.txt\nzipfile:lib/more jars/p%d.jar\nzipfile:lib/pde.jar\n"
+    "zipcksum:lib/arduino-core.jar 1 2 none.class\n";
+
 const std::vector<std::string> kComponents = {
     "a",      "b.h",     "Wire",    "main.cpp",   "two words", "100%s", "%n%n",    "x$1",
     "a..b",   "-dash",   "#hash",   "~tilde~",    "it's",      "(1)",   "a,b",     "UPPER",
@@ -101,8 +106,7 @@ std::string Name(Random* random, const std::string& release) {
     case 11:
       return release + "/WINDOWS/arduino-core.jar/" + ClassFile(random);
     case 12:
-      return release + "/WINDOWS/" +
-             random->Of({"Info.plist", "other.jar/X.class", "pde.jar-1.54b9"});
+      return release + "/WINDOWS/" + random->Of({"Info.plist", "other/X.txt", "pde.jar-1.54b9"});
     case 13:
       return release + "/libraries/" + Path(random, 3);
     case 14:
@@ -229,8 +233,10 @@ RandomTree MakeRandomTree(Random* random) {
     const bool is_own = release == tree.release;
     tree.files[release + "/WINDOWS/locations.txt"] =
         LocationsText(is_own ? tree.locations : SomeLocations(random));
-    tree.files[release + "/WINDOWS/directory_criteria.txt"] =
-        is_own ? "" : "version:lib/version.txt\ndir:lib\n";
+    tree.files[release + "/WINDOWS/directory_criteria.txt"] = is_own ? "" : kCriteriaOfOthers;
+    for (const std::string board_file : {"boards.txt", "platform.txt"}) {
+      tree.files[release + "/" + board_file] = Content(random);
+    }
   }
   tree.files["quirloduino.txt"] = "1.60-beta5";
   for (std::size_t i = random->Below(45); i > 0; --i) {
