@@ -68,8 +68,10 @@ int main(int argc, char** argv) {
   }
   if (!ended) return Fail(image + " ends too early");
   std::printf("%s: an image of %lu bytes, %s.hex\n", board.c_str(), data, file.c_str());
-  if (send)
-    std::printf("This board lives in an emulator. To run the program there:\n%s \"%s/%s.elf\"\n",
-                emulator.c_str(), path.c_str(), file.c_str());
+  if (send) {
+    std::printf("This board lives in an emulator. To run the program there:\n");
+    std::printf("%s \"%s/%s.elf\" -display none -monitor none -serial stdio\n", emulator.c_str(),
+                path.c_str(), file.c_str());
+  }
   return 0;
 }
