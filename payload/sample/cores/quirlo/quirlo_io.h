@@ -33,7 +33,7 @@ struct quirlo_uart {
 #define QUIRLO_UART1 ((struct quirlo_uart*)0xC0)
 
 // Counts up at a 64th of the clock, once it is told to.
-#define QUIRLO_TIMER (*(const volatile uint16_t*)0x84)
+#define QUIRLO_TIMER (*(volatile uint16_t*)0x84)
 #define QUIRLO_TIMER_CONTROL (*(volatile uint8_t*)0x81)
 #define QUIRLO_TIMER_BY_64 3u
 

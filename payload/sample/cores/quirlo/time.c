@@ -4,7 +4,6 @@
 #define TICKS_PER_MILLISECOND (QUIRLO_CLOCK / 64000u)
 
 static uint32_t milliseconds;
-static uint16_t counted;
 
 // Stands in the start-up code, which runs through it ahead of the constructors of the sketch's objects,
 // since some of them wait.
@@ -12,20 +11,21 @@ __attribute__((naked, used, section(".init5"))) static void start_clock(void) {
   QUIRLO_TIMER_CONTROL = QUIRLO_TIMER_BY_64;
 }
 
-// The counter wraps after 65,536 ticks, a quarter of a second at 16 MHz, so the time must be asked
-// for more often than that. loop() and delay() do so in every sensible sketch.
+// Takes the whole milliseconds out of the counter, so that it never comes to its end. An emulator on a
+// busy computer notices an end too late, and lets the counter jump. It has room for 262 milliseconds, so
+// the time must be asked for more often than that. loop() and delay() do so in every sensible sketch.
 uint32_t millis(void) {
-  uint16_t passed = (uint16_t)(QUIRLO_TIMER - counted);
-  uint16_t whole = (uint16_t)(passed / TICKS_PER_MILLISECOND);
-  milliseconds += whole;
-  counted = (uint16_t)(counted + whole * TICKS_PER_MILLISECOND);
+  uint16_t whole = (uint16_t)(QUIRLO_TIMER / TICKS_PER_MILLISECOND);
+  if (whole) {
+    QUIRLO_TIMER -= (uint16_t)(whole * TICKS_PER_MILLISECOND);
+    milliseconds += whole;
+  }
   return milliseconds;
 }
 
 uint32_t micros(void) {
   uint32_t whole = millis();
-  uint16_t rest = (uint16_t)(QUIRLO_TIMER - counted);
-  return whole * 1000u + rest * 1000ul / TICKS_PER_MILLISECOND;
+  return whole * 1000u + QUIRLO_TIMER * 1000ul / TICKS_PER_MILLISECOND;
 }
 
 void delay(uint32_t wanted) {
