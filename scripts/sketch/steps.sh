@@ -15,7 +15,8 @@ server=
 # shellcheck source=scripts/clicks.sh
 . scripts/clicks.sh
 
-# One run at a time; the lock goes with the process, and with what it started on this display.
+# One run at a time. A build that outlives a killed run holds the lock until it ends; what could stay for
+# ever, display and wizard, doesn't hold it.
 begin() {
   scripts/setup-sketch
   mkdir -p "$sketch" "$pictures" "$work"
@@ -24,7 +25,7 @@ begin() {
   trap '[ -z "$server" ] || kill "$server"' EXIT
   trap 'exit 130' INT
   trap 'exit 143' TERM
-  start_display
+  start_display 1280x1024
 }
 
 make_installer() {
@@ -49,13 +50,14 @@ lay_host() { # lay_host FOLDER
     { cat "$work/ide.log" >&2; give_up "the IDE doesn't start"; }
 }
 
-ide() { HOME=$home scripts/sketch/run-ide "$host" "$@" 9>&-; }
+ide() { HOME=$home scripts/sketch/run-ide "$host" "$@"; }
 
 preference() { # preference KEY: as the IDE reads it
   ide --get-pref "$1" 2>/dev/null | tr -d '\r'
 }
 
-# The wizard on the host, up to the page of folders; sets `window`.
+# The wizard on the host, up to the page of folders; sets `window`. An Arduino that it knows is chosen
+# there already; any other is clicked, the first folder in the list below the parent's.
 open_wizard() {
   rm -f "$pictures"/*.png
   HOME=$home XDG_CONFIG_HOME='' XDG_DATA_HOME='' "$installer" 9>&- &
@@ -63,6 +65,7 @@ open_wizard() {
   take welcome "$window"
   next && take driver "$window"
   next && take folder "$window"
+  next_is_active || { click "$window" 60 141 && take folder "$window"; }
 }
 # The rest of its pages. A library is left out when its row of the list is given, from 0.
 finish_wizard() { # finish_wizard ROW|all
@@ -86,6 +89,7 @@ finish_wizard() { # finish_wizard ROW|all
 take_refusal() {
   ask_why
   find_help
+  xdotool mousemove --window "$help" 200 200 click --repeat 3 5 # down to the release that it nearly is
   take refused "$help"
   close_help
   close_wizard
@@ -123,7 +127,7 @@ all_sketches() {
 
 # Builds every sketch named on standard input for a board, two at a time.
 build_sketches() { # build_sketches BUILDS BOARD
-  tr '\n' '\0' | HOME=$home xargs -0 -P 2 -n 1 scripts/sketch/verify "$host" "$1" "$2" 9>&-
+  tr '\n' '\0' | HOME=$home xargs -0 -P 2 -n 1 scripts/sketch/verify "$host" "$1" "$2"
 }
 # One figure of a build, from what the IDE says: program or data, and its bound.
 figure_of() { # figure_of LOG program|program-limit|data|data-limit
