@@ -85,12 +85,14 @@ finish_wizard() { # finish_wizard ROW|all
   take finished "$window"
   close_wizard
 }
-# The words behind "?" on the page of folders, as a picture.
+# The words behind "?" on the page of folders, as a picture, and the ends of its long lines as another.
 take_refusal() {
   ask_why
   find_help
   xdotool mousemove --window "$help" 200 200 click --repeat 3 5 # down to the release that it nearly is
   take refused "$help"
+  xdotool mousemove --window "$help" 341 288 click --repeat 40 --delay 20 1 # the arrow of its lower bar
+  take refused-ends "$help"
   close_help
   close_wizard
 }
