@@ -4,10 +4,11 @@
 #pragma once
 
 // Looks through the likely places in a fixed order and returns the first folder that is a supported
-// Arduino, with no ranking among several; else the Documents folder, else "C:/". Never null, at most
-// 259 characters. Ends in '/', but for a Documents folder so long that there is no room for it. The result usually lies in one static text, so the caller copies
-// it at once. HostVersion and HostVersionNumber are left as the last candidate tried made them,
-// which need not be the folder returned.
+// Arduino, with no ranking among several; else the Documents folder, else "C:/". Never null, at
+// most 259 characters. Ends in '/', but for a Documents folder so long that there is no room for
+// it. The result usually lies in one static text, so the caller copies it at once. HostVersion and
+// HostVersionNumber are left as the last candidate tried made them, which need not be the folder
+// returned.
 const char* DefaultFolder();
 
 // Tries the candidates below the base folder in `buffer` (kFolderSize bytes): "arduino/", then
