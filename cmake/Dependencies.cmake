@@ -6,7 +6,8 @@ pkg_check_modules(ZSTD REQUIRED IMPORTED_TARGET libzstd)
 pkg_check_modules(LIBZIP REQUIRED IMPORTED_TARGET libzip)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 
-# FLTK brings neither a pkg-config file nor a dependable package file.
+# FLTK brings neither a pkg-config file nor a dependable package file. Debian's 1.3 and 1.4 put theirs
+# in the same place, so this takes the one that scripts/setup has chosen.
 find_path(FLTK_INCLUDE_DIR FL/Fl.H REQUIRED)
 find_library(FLTK_LIBRARY fltk REQUIRED)
 add_library(fltk INTERFACE)

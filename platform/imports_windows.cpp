@@ -1,7 +1,10 @@
-// Two functions that libraries ask the system for, taken from elsewhere: what a library imports
-// under a name is what the pointer of that name with __imp_ before it leads to, and these stand
-// here before the linker looks for the system's own. Every executable links this file.
+// Functions that libraries ask the system for, taken from elsewhere: what a library imports under a
+// name is what the pointer of that name with __imp_ before it leads to, or the function of that
+// name, and these stand here before the linker looks for the system's own. Every executable links
+// this file.
 #include <windows.h>
+
+#include <shellapi.h>
 
 namespace {
 
@@ -13,6 +16,16 @@ ULONGLONG WINAPI CountTicks() {
   static const auto system = reinterpret_cast<TickCount64>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetTickCount64")));
   return system != nullptr ? system() : GetTickCount();
+}
+
+// FLTK watches sockets that a program gives it. This one has none, so it needs no socket library
+// either: none of them is ever ready.
+int WINAPI SelectNothing(int, void*, void*, void*, const void*) {
+  return 0;
+}
+
+HINSTANCE WINAPI ExecuteNothing(HWND, const char*, const char*, const char*, const char*, int) {
+  return reinterpret_cast<HINSTANCE>(static_cast<INT_PTR>(SE_ERR_ACCESSDENIED));
 }
 
 }  // namespace
@@ -28,4 +41,31 @@ const TrackMouse imported_track_mouse = TrackMouseEvent;
 
 extern const TickCount64 imported_tick_count __asm__("__imp__GetTickCount64@0");
 const TickCount64 imported_tick_count = CountTicks;
+
+using Select = int(WINAPI*)(int, void*, void*, void*, const void*);
+extern const Select imported_select __asm__("__imp__select@20");
+const Select imported_select = SelectNothing;
+
+int WINAPI IsSetInNothing(SIZE_T, void*) __asm__("___WSAFDIsSet@8");
+int WINAPI IsSetInNothing(SIZE_T, void*) {
+  return 0;
+}
+
+// FLTK can open a page in the browser, and this program starts no other.
+using Execute = HINSTANCE(WINAPI*)(HWND, const char*, const char*, const char*, const char*, int);
+extern const Execute imported_execute __asm__("__imp__ShellExecuteA@24");
+const Execute imported_execute = ExecuteNothing;
+}
+
+// FLTK can show a window of its own that prints the others, and draw into PDF files. Nothing here
+// asks for either, and yet these two functions would bring all its printing and file dialogs with
+// them, and so imports of WINSPOOL.DRV, which is not protected. FLTK's own give 0 as well where a
+// program is not built to print.
+int fl_create_print_window() {
+  return 0;
+}
+extern "C" void* MakeNoPdfSurface(const char*** error) __asm__(
+    "__ZN19Fl_PDF_File_Surface25new_platform_pdf_surface_EPPPKc");
+extern "C" void* MakeNoPdfSurface(const char***) {
+  return nullptr;
 }

@@ -94,7 +94,8 @@ fetch() {
     shift
     note "$name" "$(sed -n 's/^Version: //p' ./*.dsc | head -n 1)" "$@"
     for tree in */; do mv "$tree" "$work/source/$name"; done
-    rm -rf "$work/source/$name.new" "$work/done/build-$name"  # what is built is what is noted
+    # What was built must be what is noted.
+    rm -rf "$work/source/$name.new" "$work/done/build-$name" "$work/done/build-native-$name"
     return 0
   done
   echo "no suite of $(suites | tr '\n' ' ')gives the source package $1"

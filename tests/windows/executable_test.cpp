@@ -110,14 +110,14 @@ TEST(Executable, AsksForNothingThatXpLacks) {
   }
 }
 
-// The window library has _execvp and system in the one object of all its narrow wrappers, where
-// nothing calls them, so those two stand among the imports.
+// The window library has _wexecvp and _wsystem in the one object of all its wrappers of the
+// system's files, where nothing calls them, so those two stand among the imports.
 TEST(Executable, ImportsNoCallThatStartsAProgramOrOpensAConnection) {
   const std::string headers = Headers();
   EXPECT_THAT(headers, HasSubstr("LoadLibrary"));  // that names are listed at all
   for (const char* call :
        {"CreateProcess", "ShellExecute", "WinExec", "CreateRemoteThread", "_spawn", "_popen",
-        "WSAStartup", " socket", " connect", "Internet", "WinHttp", "URLDownload"}) {
+        "WSAStartup", " select", " socket", " connect", "Internet", "WinHttp", "URLDownload"}) {
     EXPECT_THAT(headers, Not(HasSubstr(call)));
   }
 }
@@ -156,6 +156,19 @@ TEST(Executable, ManifestAsksForNoAdministrator) {
   const std::string bytes = ReadFile(INSTALLER);
   EXPECT_THAT(bytes, HasSubstr("requestedExecutionLevel level=\"asInvoker\""));
   EXPECT_THAT(bytes, HasSubstr("UTF-8</activeCodePage>"));
+}
+
+TEST(Executable, IconHasTheSizesThatTheShellAsksForAtEveryScale) {
+  // A directory of icons in the resources begins with 0, 1 and their count; the width comes first
+  // in each of its entries of 14 bytes, and 256 as 0.
+  const std::string bytes = ReadFile(INSTALLER);
+  const std::size_t directory = bytes.find(std::string("\0\0\1\0\7\0\x10\x10", 8));
+  ASSERT_NE(directory, std::string::npos);
+  std::vector<int> widths;
+  for (std::size_t i = 0; i < 7; ++i) {
+    widths.push_back(static_cast<unsigned char>(bytes[directory + 6 + 14 * i]));
+  }
+  EXPECT_THAT(widths, ElementsAre(16, 20, 24, 32, 40, 48, 0));
 }
 
 // In UTF-16, as resources have their texts.

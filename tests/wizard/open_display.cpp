@@ -11,7 +11,8 @@ void OpenDisplay() {
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   for (;;) {
     if (Display* display = XOpenDisplay(nullptr)) {
-      fl_open_display(display);
+      fl_open_display();  // a connection of FLTK's own, which this one keeps the server up for
+      XCloseDisplay(display);
       return;
     }
     if (std::chrono::steady_clock::now() > end) {
