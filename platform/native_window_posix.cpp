@@ -8,3 +8,5 @@ void* NativeHandleOf(const Fl_Window* window) {
 }
 
 void UseProgramIcon() {}
+
+void PrepareDrawing() {}

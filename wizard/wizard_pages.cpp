@@ -42,6 +42,7 @@ const char* WindowTitle() {
 }  // namespace
 
 int StartWizard(int argc, char** argv) {
+  PrepareDrawing();
   BuildWizard();
   MainWindow->show(argc, argv);
   NativeWindowHandle = NativeHandleOf(MainWindow);

@@ -104,6 +104,13 @@ void StopWine(bool ordinary_user) {
   Launch({"--prefix", WinePrefix(ordinary_user), "--stop"}, {});
 }
 
+// The server reads it when it starts.
+void SetScreenDpi(int dpi) {
+  RunProgram("reg", {"add", "HKCU\\Control Panel\\Desktop", "/v", "LogPixels", "/t", "REG_DWORD",
+                     "/d", std::to_string(dpi), "/f"});
+  StopWine();
+}
+
 // The environment of the options is Linux's and is left out: Wine has its own.
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const ProgramOptions& options) {

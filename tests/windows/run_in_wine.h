@@ -17,5 +17,9 @@ std::string WinePrefix(bool ordinary_user = false);
 // that was mounted after it.
 void StopWine(bool ordinary_user = false);
 
+// Makes Wine's screen for root's prefix one of that many dots per inch; 96 is one that isn't
+// scaled.
+void SetScreenDpi(int dpi);
+
 // More of WINEDLLOVERRIDES for the programs that are run from now on.
 extern std::string WineOverrides;

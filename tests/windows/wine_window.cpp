@@ -5,8 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -21,9 +23,11 @@ constexpr int kLongestWait = 60;  // seconds
 constexpr std::chrono::milliseconds kPause(50);
 constexpr int kQuietLooks = 4;  // in a row without a change, a pause between each two
 
-// A window's pixels come as three bytes each, in rows of this length.
-constexpr int kWidth = 500;
-constexpr int kHeight = 360;
+// The windows' widths, in units.
+constexpr int kInstallerWidth = 500;
+constexpr int kHelpWidth = 400;
+
+// Half the size of the part of a button where a label stands, in units.
 constexpr int kLabelHalfWidth = 20;
 constexpr int kLabelHalfHeight = 7;
 
@@ -38,8 +42,14 @@ std::string OutputOf(const std::string& command) {
   return text;
 }
 
-std::string Place(Spot spot) {
-  return std::to_string(spot.x) + " " + std::to_string(spot.y);
+// The numbers of the windows that are seen under such a title, a line each.
+std::string FindWindows(const std::string& title) {
+  return OutputOf("xdotool search --onlyvisible --name '" + title + "' 2>/dev/null");
+}
+
+// What is this many units long, in pixels.
+int Scaled(int units, double scale) {
+  return static_cast<int>(std::lround(units * scale));
 }
 
 }  // namespace
@@ -80,14 +90,21 @@ WineWindow::~WineWindow() {
   End();
 }
 
+void WineWindow::TurnBackTo(const std::string& title, const std::string& gone) {
+  WaitFor("a window to close", [&] { return FindWindows(gone).empty(); });
+  TurnTo(title);
+}
+
 void WineWindow::TurnTo(const std::string& title) {
   window_.clear();
   WaitFor("the window", [&] {
-    const std::string found =
-        OutputOf("xdotool search --onlyvisible --name '" + title + "' 2>/dev/null");
+    const std::string found = FindWindows(title);
     window_ = found.substr(0, found.find('\n'));
     return !window_.empty();
   });
+  unscaled_width_ = title.ends_with("Installer") ? kInstallerWidth
+                    : title.ends_with("Help")    ? kHelpWidth
+                                                 : 0;
   std::string last;
   int quiet = 0;
   WaitFor("the window's pixels", [&] {
@@ -99,7 +116,9 @@ void WineWindow::TurnTo(const std::string& title) {
 }
 
 void WineWindow::Click(Spot spot, int times) {
-  OutputOf("xdotool mousemove --window " + window_ + " " + Place(spot) + " click --repeat " +
+  const double scale = Scale();
+  OutputOf("xdotool mousemove --window " + window_ + " " + std::to_string(Scaled(spot.x, scale)) +
+           " " + std::to_string(Scaled(spot.y, scale)) + " click --repeat " +
            std::to_string(times) + " --delay 60 1");
 }
 
@@ -121,15 +140,23 @@ void WineWindow::ClickAndWait(Spot spot, int times) {
 }
 
 bool WineWindow::IsActive(Spot button) {
+  const Spot size = Size();
+  const double scale = Scale();
   const std::string pixels = Pixels();
-  if (pixels.size() != 3 * kWidth * kHeight) return false;
+  if (pixels.size() != 3 * static_cast<std::size_t>(size.x) * static_cast<std::size_t>(size.y)) {
+    return false;
+  }
+  const auto is_black = [&](int x, int y) {
+    const int at = 3 * (y * size.x + x);
+    return std::all_of(pixels.begin() + at, pixels.begin() + at + 3,
+                       [](char value) { return static_cast<unsigned char>(value) < 64; });
+  };
   int black = 0;
-  for (int y = button.y - kLabelHalfHeight; y <= button.y + kLabelHalfHeight; ++y) {
-    for (int x = button.x - kLabelHalfWidth; x <= button.x + kLabelHalfWidth; ++x) {
-      const std::size_t at =
-          3 * (static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x));
-      const auto value = [&](std::size_t i) { return static_cast<unsigned char>(pixels[at + i]); };
-      if (value(0) < 64 && value(1) < 64 && value(2) < 64) ++black;
+  for (int y = Scaled(button.y - kLabelHalfHeight, scale);
+       y <= Scaled(button.y + kLabelHalfHeight, scale); ++y) {
+    for (int x = Scaled(button.x - kLabelHalfWidth, scale);
+         x <= Scaled(button.x + kLabelHalfWidth, scale); ++x) {
+      if (is_black(x, y)) ++black;
     }
   }
   return black > 10;
@@ -143,12 +170,49 @@ void WineWindow::WaitUntilInactive(Spot button) {
   WaitFor("an inactive button", [&] { return !IsActive(button); });
 }
 
+void WineWindow::GoToFolderPage(const char* keep) {
+  if (keep != nullptr) Keep(keep + std::string("1-welcome"));
+  Click(kNext);
+  WaitUntilActive(kBack);  // until the survey has ended
+  if (keep != nullptr) Keep(keep + std::string("2-driver"));
+  Click(IsActive(kSkipDriver) ? kSkipDriver : kNext);
+  WaitUntilActive(kHelp);
+}
+
+// A command's first words, for a picture that is cut out of the whole screen, so that a menu over
+// the window is in it.
+std::string WineWindow::CutOut() const {
+  return "eval $(xdotool getwindowgeometry --shell " + window_ +
+         "); import -silent -window root -crop ${WIDTH}x${HEIGHT}+$X+$Y +repage ";
+}
+
 void WineWindow::Keep(const std::string& name) {
   std::filesystem::create_directories(PICTURES);
-  // Cut out of the whole screen, so that a menu over the window is in the picture.
-  OutputOf("eval $(xdotool getwindowgeometry --shell " + window_ +
-           "); import -silent -window root -crop ${WIDTH}x${HEIGHT}+$X+$Y +repage " PICTURES "/" +
-           name + ".png");
+  OutputOf(CutOut() + PICTURES "/" + name + ".png");
+}
+
+std::string WineWindow::Parts(int across, int down) {
+  return OutputOf(CutOut() + "-resize " + std::to_string(across) + "x" + std::to_string(down) +
+                  "! -colorspace Gray -depth 8 gray:-");
+}
+
+Spot WineWindow::Size() {
+  Spot size{0, 0};
+  const std::string geometry = OutputOf("xdotool getwindowgeometry --shell " + window_);
+  const std::size_t width = geometry.find("WIDTH=");
+  if (width == std::string::npos ||
+      std::sscanf(geometry.c_str() + width, "WIDTH=%d HEIGHT=%d", &size.x, &size.y) != 2) {
+    return {0, 0};
+  }
+  return size;
+}
+
+void WineWindow::WaitUntilWiderThan(int pixels) {
+  WaitFor("a wider window", [&] { return Size().x > pixels; });
+}
+
+double WineWindow::Scale() {
+  return unscaled_width_ == 0 ? 1 : static_cast<double>(Size().x) / unscaled_width_;
 }
 
 int WineWindow::End() {

@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-// Places of the window, in pixels.
+// Places of the window, in units of the pages: pixels of a screen that isn't scaled. Where they lie
+// on the screen is taken from the window, so the same clicks go through the wizard at every scale.
 struct Spot {
   int x;
   int y;
@@ -19,6 +20,14 @@ inline constexpr Spot kHelp = {353, 336};
 inline constexpr Spot kCancel = {435, 336};
 inline constexpr Spot kSkipDriver = {395, 273};
 inline constexpr Spot kPathChoice = {459, 90};
+
+// Lines of the folder list, and of the path menu that opens over its field, counted from 0.
+constexpr Spot FolderLine(int line) {
+  return {120, 125 + 18 * line};
+}
+constexpr Spot MenuLine(int line) {
+  return {120, 90 + 21 * line};
+}
 
 class WineWindow {
  public:
@@ -34,6 +43,8 @@ class WineWindow {
 
   // Turns to another window of the program, once that is shown.
   void TurnTo(const std::string& title);
+  // Turns back to one that stood behind it, once the one of `gone` is closed.
+  void TurnBackTo(const std::string& title, const std::string& gone);
 
   void Click(Spot spot, int times = 1);
   void Press(const std::string& key);
@@ -46,17 +57,32 @@ class WineWindow {
   void WaitUntilInactive(Spot button);
   bool IsActive(Spot button);
 
+  // From the first page to the folder page, past the driver page. The survey finds what it finds.
+  // Pictures of both pages are kept, with `keep` before their names, where it is given.
+  void GoToFolderPage(const char* keep = nullptr);
+
   // Puts a picture of the window into build/windows-pictures.
   void Keep(const std::string& name);
+
+  // The window's width and height on the screen, in pixels.
+  Spot Size();
+  void WaitUntilWiderThan(int pixels);
+
+  // What a person sees of the window's place on the screen, menus over it too, in so many parts of
+  // equal size: the mean shade of each, line by line.
+  std::string Parts(int across, int down);
 
   // Waits for the program's end; its exit status.
   int End();
 
  private:
   std::string Pixels();
+  double Scale();
+  std::string CutOut() const;
   template <typename Condition>
   void WaitFor(const char* what, Condition condition);
 
   pid_t process_ = 0;
   std::string window_;
+  int unscaled_width_ = 0;  // 0 for a window that isn't made of units
 };

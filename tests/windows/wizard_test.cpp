@@ -18,16 +18,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Lines of the folder list, counted from 0.
-Spot ListLine(int line) {
-  return {120, 125 + 18 * line};
-}
-
-// Lines of the path menu that opens over its field.
-Spot MenuLine(int line) {
-  return {120, 90 + 21 * line};
-}
-
 class WineWizard : public testing::Test {
  protected:
   void SetUp() override {
@@ -40,16 +30,6 @@ class WineWizard : public testing::Test {
     fs::remove_all(documents_);
     fs::remove_all(user_ + "/AppData/Local/Arduino15");
     fs::remove_all(user_ + "/Desktop/arduino-1.8.19");
-  }
-
-  // From the first page to the folder page, past the driver page. The survey finds what it finds.
-  static void GoToFolderPage(WineWindow* wizard, bool keep) {
-    if (keep) wizard->Keep("1-welcome");
-    wizard->Click(kNext);
-    wizard->WaitUntilActive(kBack);  // until the survey has ended
-    if (keep) wizard->Keep("2-driver");
-    wizard->Click(wizard->IsActive(kSkipDriver) ? kSkipDriver : kNext);
-    wizard->WaitUntilActive(kHelp);
   }
 
   std::string user_ = WinePrefix() + "/drive_c/users/root";
@@ -68,10 +48,10 @@ TEST_F(WineWizard, InstallsFromTheFirstPageToTheLastBesidePlantedLibraries) {
   WineOverrides = PreferPlantedLibraries();
 
   WineWindow wizard(dir / "quirloduino.exe");
-  GoToFolderPage(&wizard, true);
+  wizard.GoToFolderPage("");
   EXPECT_FALSE(wizard.IsActive(kNext)) << "the Documents folder is no Arduino";
-  wizard.ClickAndWait(ListLine(1), 2);  // into the folder, behind "../"
-  wizard.ClickAndWait(ListLine(1));
+  wizard.ClickAndWait(FolderLine(1), 2);  // into the folder, behind "../"
+  wizard.ClickAndWait(FolderLine(1));
   wizard.WaitUntilActive(kNext);
   wizard.Keep("3-folder");
   wizard.ClickAndWait(kNext);
@@ -99,7 +79,7 @@ TEST_F(WineWizard, InstallsFromTheFirstPageToTheLastBesidePlantedLibraries) {
 TEST_F(WineWizard, FolderPageStandsOnTheCopyThatTheSearchFinds) {
   MakeArduino1819(user_ + "/Desktop/arduino-1.8.19");
   WineWindow wizard(INSTALLER);
-  GoToFolderPage(&wizard, false);
+  wizard.GoToFolderPage();
   wizard.WaitUntilActive(kNext);
   wizard.Keep("folder-found");
   wizard.Click(kCancel);
@@ -108,13 +88,13 @@ TEST_F(WineWizard, FolderPageStandsOnTheCopyThatTheSearchFinds) {
 
 TEST_F(WineWizard, AllDrivesAreListedAndEntered) {
   WineWindow wizard(INSTALLER);
-  GoToFolderPage(&wizard, false);
+  wizard.GoToFolderPage();
   wizard.ClickAndWait(kPathChoice);
   wizard.Keep("folder-path-menu");
   // C:/users/root/Documents/, C:/users/root/, C:/users/, C:/, [All Drives]
   wizard.ClickAndWait(MenuLine(4));
   wizard.Keep("folder-all-drives");
-  wizard.ClickAndWait(ListLine(0), 2);
+  wizard.ClickAndWait(FolderLine(0), 2);
   wizard.Keep("folder-drive-c");
   wizard.Click(kCancel);
   EXPECT_EQ(wizard.End(), 0);
@@ -125,14 +105,14 @@ TEST_F(WineWizard, HelpWindowShowsTheNoteAboutTheApp) {
             "board=uno\r\nruntime.ide.hardwarepath="
             "C:\\Program Files\\WindowsApps\\ArduinoLLC.ArduinoIDE_1.8.57.0_x86\\hardware\r\n");
   WineWindow wizard(INSTALLER);
-  GoToFolderPage(&wizard, false);
+  wizard.GoToFolderPage();
   wizard.Click(kHelp);
   wizard.TurnTo("Quirloduino .* Help");
   wizard.Keep("help");
   wizard.ClickAndWait({358, 274}, 16);  // the scroll bar's lower end
   wizard.Keep("help-end");
   wizard.Click({203, 336});
-  wizard.TurnTo("Quirloduino .* Installer");
+  wizard.TurnBackTo("Quirloduino .* Installer", "Quirloduino .* Help");
   wizard.Click(kCancel);
   EXPECT_EQ(wizard.End(), 0);
 }
