@@ -34,6 +34,19 @@ float ScaleOfAllScreens() {
   return static_cast<float>(dpi) / kUnscaledDpi;
 }
 
+// FLTK takes its first scale from the environment, when it opens the display; a factor that the
+// user has set there remains one.
+void TellScaleOfAllScreens() {
+  const float scale = ScaleOfAllScreens();
+  if (scale == 1) return;
+  const char* users = fl_getenv("FLTK_SCALING_FACTOR");
+  const double factor = users == nullptr ? 1 : std::atof(users);
+  char setting[64];
+  std::snprintf(setting, sizeof setting, "FLTK_SCALING_FACTOR=%.2f",
+                static_cast<double>(scale) * (factor > 0 ? factor : 1));
+  fl_putenv(setting);
+}
+
 }  // namespace
 
 void* NativeHandleOf(const Fl_Window* window) {
@@ -52,21 +65,12 @@ void UseProgramIcon() {
 }
 
 void PrepareDrawing() {
+  TellScaleOfAllScreens();
+
   // FLTK's own choice is Microsoft Sans Serif, which has no bold cut and is thickened for titles.
   Fl::set_font(FL_HELVETICA, " Arial");
   Fl::set_font(FL_HELVETICA_BOLD, "BArial");
 
   // FLTK enlarges all windows by Ctrl and +, this also where the + of a keyboard stands above =.
   Fl::option(Fl::OPTION_SIMPLE_ZOOM_SHORTCUT, true);
-
-  const float scale = ScaleOfAllScreens();
-  if (scale == 1) return;
-  // FLTK takes its first scale from here, in time for the first text that is measured; a factor
-  // that the user has set remains one.
-  const char* users = fl_getenv("FLTK_SCALING_FACTOR");
-  const double factor = users == nullptr ? 1 : std::atof(users);
-  char setting[64];
-  std::snprintf(setting, sizeof setting, "FLTK_SCALING_FACTOR=%.2f",
-                static_cast<double>(scale) * (factor > 0 ? factor : 1));
-  fl_putenv(setting);
 }

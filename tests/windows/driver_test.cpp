@@ -39,7 +39,7 @@ class DriverPage : public testing::Test {
       fs::remove(inf_ + name);
     }
     for (const char* name : {"cdcacm.inf", "cdcacm.cat"}) fs::remove(temp_ + name);
-    for (const char* name : {"calls.txt", "refuse.txt"}) fs::remove(drive_ + name);
+    for (const char* name : {"ask.txt", "calls.txt", "refuse.txt"}) fs::remove(drive_ + name);
   }
 
   static void GoToDriverPage(WineWindow* wizard) {
@@ -331,6 +331,39 @@ TEST_F(MadeMachine, RefusedInstallIsToldAndTriedAgain) {
   wizard.Click(kNext);
   wizard.WaitUntilActive(kHelp);
   EXPECT_EQ(Calls(), kCopy + kDevices);
+  wizard.Click(kCancel);
+  EXPECT_EQ(wizard.End(), 0);
+}
+
+// The same on a screen of 192 dots per inch.
+class DenseMadeMachine : public MadeMachine {
+ protected:
+  void SetUp() override {
+    if (std::getenv("DISPLAY") == nullptr) GTEST_SKIP() << "no display to show the wizard on";
+    SetScreenDpi(192);
+    MadeMachine::SetUp();
+  }
+  void TearDown() override {
+    MadeMachine::TearDown();
+    if (!IsSkipped()) SetScreenDpi(96);
+  }
+};
+
+TEST_F(DenseMadeMachine, DialogOfTheSystemStandsBeforeTheWizardAndHoldsIt) {
+  WriteFile(drive_ + "ask.txt", "");
+  WineWindow wizard(dir_ / "quirloduino.exe");
+  GoToDriverPage(&wizard);
+  wizard.Click(kNext);
+  wizard.TurnTo("Windows Security");
+  wizard.Keep("driver-dialog");
+  EXPECT_TRUE(wizard.StandsBefore("Quirloduino .* Installer"));
+  wizard.TurnTo("Quirloduino .* Installer");
+  wizard.Keep("driver-behind-dialog");
+  wizard.Click(kCancel);
+  wizard.TurnTo("Windows Security");  // no click reaches the wizard meanwhile
+  wizard.Press("Return");
+  wizard.TurnBackTo("Quirloduino .* Installer", "Windows Security");
+  wizard.WaitUntilActive(kHelp);
   wizard.Click(kCancel);
   EXPECT_EQ(wizard.End(), 0);
 }

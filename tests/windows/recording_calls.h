@@ -7,6 +7,7 @@
 #include <cstdio>
 
 inline constexpr char kCallsFile[] = "C:\\calls.txt";
+inline constexpr char kAskFile[] = "C:\\ask.txt";
 
 // A line of the file, as printf.
 inline void Note(const char* format, ...) {

@@ -1,4 +1,5 @@
-// Stands in for newdev.dll: notes its loading and the call, and serves no device.
+// Stands in for newdev.dll: notes its loading and the call, and serves no device. While the file
+// kAskFile is there it first asks the user, as Windows does about a driver that it doesn't trust.
 #include "tests/windows/recording_calls.h"
 
 extern "C" __declspec(dllexport) BOOL WINAPI
@@ -6,6 +7,10 @@ extern "C" __declspec(dllexport) BOOL WINAPI
                                        DWORD flags, PBOOL reboot) {
   Note("update parent %s, id %s, inf %s, flags %lu, reboot %s", Given(parent), hardware_id,
        inf_path, flags, Given(reboot));
+  if (GetFileAttributesA(kAskFile) != INVALID_FILE_ATTRIBUTES) {
+    MessageBoxA(parent, "Would you like to install this device software?", "Windows Security",
+                MB_YESNO);
+  }
   return FALSE;
 }
 

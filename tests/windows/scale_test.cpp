@@ -161,6 +161,60 @@ TEST_F(WizardAtScale, EveryPageShowsAndDoesTheSame) {
   }
 }
 
+// Windows Vista to 8 know no scale of each screen: the library that tells it is not among theirs.
+// Wine's has other names for the calls here, and no longer says that it is Wine's own.
+class OneScaleForAllScreens : public WizardAtScale {
+ protected:
+  void SetUp() override {
+    WizardAtScale::SetUp();
+    if (IsSkipped()) return;
+    SetScreenDpi(144);
+    std::string library = ReadFile(library_);
+    Rename(&library, "Wine builtin DLL");
+    for (const char* call :
+         {"GetDpiForMonitor", "GetProcessDpiAwareness", "SetProcessDpiAwareness"}) {
+      Rename(&library, std::string("\0", 1) + call);
+    }
+    fs::rename(library_, library_ + ".of-wine");
+    WriteFile(library_, library);
+    WineOverrides = "shcore=n";
+  }
+  void TearDown() override {
+    if (fs::exists(library_ + ".of-wine")) fs::rename(library_ + ".of-wine", library_);
+    WizardAtScale::TearDown();
+  }
+
+  static void Rename(std::string* library, const std::string& name) {
+    std::size_t at = library->find(name);
+    ASSERT_NE(at, std::string::npos) << name;
+    for (; at != std::string::npos; at = library->find(name, at)) {
+      (*library)[at + name.size() - 1] = '_';
+    }
+  }
+
+  std::string library_ = WinePrefix() + "/drive_c/windows/system32/shcore.dll";
+};
+
+TEST_F(OneScaleForAllScreens, IsThatOfThePages) {
+  WineWindow wizard(INSTALLER);
+  EXPECT_EQ(wizard.Size().x, 750);
+  EXPECT_EQ(wizard.Size().y, 540);
+  wizard.GoToFolderPage();
+  wizard.Keep("scale-144-of-all-screens");
+  wizard.Click(kCancel);
+  EXPECT_EQ(wizard.End(), 0);
+}
+
+TEST_F(OneScaleForAllScreens, IsMultipliedByTheUsersFactor) {
+  RunProgram("reg", {"add", "HKCU\\Environment", "/v", "FLTK_SCALING_FACTOR", "/d", "1.2", "/f"});
+  EXPECT_EQ(RunProgram(WINDOW_PROBE, {}).output, " Arial\nBArial\n1.80\n");
+  RunProgram("reg", {"delete", "HKCU\\Environment", "/v", "FLTK_SCALING_FACTOR", "/f"});
+}
+
+TEST_F(WizardAtScale, TypefacesAreThoseThatThePagesWereLaidOutIn) {
+  EXPECT_EQ(RunProgram(WINDOW_PROBE, {}).output, " Arial\nBArial\n1.00\n");
+}
+
 TEST_F(WizardAtScale, PagesAreEnlargedByKeys) {
   WineWindow wizard(INSTALLER);
   wizard.Press("ctrl+equal");  // the key of the + on many keyboards, which wants no Shift then

@@ -115,6 +115,19 @@ void WineWindow::TurnTo(const std::string& title) {
   });
 }
 
+bool WineWindow::StandsBefore(const std::string& title) {
+  const std::string other = FindWindows(title);
+  if (other.empty()) return false;
+  // The screen's windows, the topmost first, each in a line with its number in hexadecimal.
+  const std::string all = OutputOf("xwininfo -root -children");
+  const auto place = [&](const std::string& window) {
+    char number[32];
+    std::snprintf(number, sizeof number, "0x%lx ", std::stoul(window));
+    return all.find(number);
+  };
+  return place(window_) < place(other);
+}
+
 void WineWindow::Click(Spot spot, int times) {
   const double scale = Scale();
   OutputOf("xdotool mousemove --window " + window_ + " " + std::to_string(Scaled(spot.x, scale)) +

@@ -46,6 +46,9 @@ class WineWindow {
   // Turns back to one that stood behind it, once the one of `gone` is closed.
   void TurnBackTo(const std::string& title, const std::string& gone);
 
+  // Whether this window lies above another one on the screen.
+  bool StandsBefore(const std::string& title);
+
   void Click(Spot spot, int times = 1);
   void Press(const std::string& key);
 
