@@ -11,7 +11,8 @@ start_display() { # start_display WIDTHxHEIGHT
   server=$!
   wait_for "a display" test -s "$work/display"
   DISPLAY=:$(cat "$work/display")
-  export DISPLAY
+  FLTK_BACKEND=x11  # also where Wayland is to be had
+  export DISPLAY FLTK_BACKEND
 }
 
 wait_for() { # wait_for WHAT COMMAND...: until it succeeds, for 20 seconds at most

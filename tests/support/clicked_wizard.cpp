@@ -220,6 +220,7 @@ ClickedWizard::ClickedWizard(TestDisplay* display, const std::vector<std::string
   words.insert(words.end(), command.begin(), command.end());
   process_ = Start(words, [&] {
     setenv("DISPLAY", display_.c_str(), 1);
+    setenv("FLTK_BACKEND", "x11", 1);  // also where Wayland is to be had
     for (const std::string& setting : environment) {
       const std::size_t equals = setting.find('=');
       setenv(setting.substr(0, equals).c_str(), setting.substr(equals + 1).c_str(), 1);

@@ -3,11 +3,13 @@
 #include <FL/x.H>
 
 #include <chrono>
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
 void OpenDisplay() {
   if (fl_display != nullptr) return;
+  setenv("FLTK_BACKEND", "x11", 0);  // also where Wayland is to be had
   const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   for (;;) {
     if (Display* display = XOpenDisplay(nullptr)) {
