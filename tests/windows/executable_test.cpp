@@ -158,6 +158,12 @@ TEST(Executable, ManifestAsksForNoAdministrator) {
   EXPECT_THAT(bytes, HasSubstr("UTF-8</activeCodePage>"));
 }
 
+TEST(Executable, ManifestSaysThatPagesAreDrawnAtTheScaleOfTheScreen) {
+  const std::string bytes = ReadFile(INSTALLER);
+  EXPECT_THAT(bytes, HasSubstr("true/pm</dpiAware>"));
+  EXPECT_THAT(bytes, HasSubstr("PerMonitorV2, PerMonitor</dpiAwareness>"));
+}
+
 TEST(Executable, IconHasTheSizesThatTheShellAsksForAtEveryScale) {
   // A directory of icons in the resources begins with 0, 1 and their count; the width comes first
   // in each of its entries of 14 bytes, and 256 as 0.

@@ -71,7 +71,7 @@ class WizardAtScale : public testing::Test {
                                            static_cast<unsigned char>(expected[i])));
     }
     EXPECT_LE(largest, kLargestDifference);
-    std::printf("[ MEASURED ] %s at %d: %d\n", name.c_str(), dpi, largest);
+    largest_ = std::max(largest_, largest);
   }
 
   // Through every page and button of the wizard, with an install that fails before one that ends.
@@ -150,6 +150,7 @@ class WizardAtScale : public testing::Test {
 
   std::string documents_ = WinePrefix() + "/drive_c/users/root/Documents";
   std::map<std::string, std::string> first_;
+  int largest_ = 0;
 };
 
 TEST_F(WizardAtScale, EveryPageShowsAndDoesTheSame) {
@@ -159,6 +160,7 @@ TEST_F(WizardAtScale, EveryPageShowsAndDoesTheSame) {
     Clean();
     fs::create_directories(documents_ + "/Tools");
   }
+  std::printf("[ MEASURED ] parts of the pages differ by %d of 255 at most\n", largest_);
 }
 
 // Windows Vista to 8 know no scale of each screen: the library that tells it is not among theirs.
