@@ -25,6 +25,7 @@ endforeach()
 function(quirloduino_windows_program target)
   target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/quirloduino.rc"
                                    "${PROJECT_SOURCE_DIR}/platform/imports_windows.cpp")
+  target_link_libraries(${target} PRIVATE platform)
   set_source_files_properties(
     "${PROJECT_BINARY_DIR}/quirloduino.rc"
     TARGET_DIRECTORY ${target}

@@ -6,6 +6,11 @@
 
 #include <shellapi.h>
 
+#include <cstddef>
+#include <cstring>
+
+#include "platform/windows_library.h"
+
 namespace {
 
 using TickCount64 = ULONGLONG(WINAPI*)();
@@ -16,6 +21,17 @@ ULONGLONG WINAPI CountTicks() {
   static const auto system = reinterpret_cast<TickCount64>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetTickCount64")));
   return system != nullptr ? system() : GetTickCount();
+}
+
+// FLTK loads what it finds only on newer systems, Windows 8.1's SHCORE.DLL above all, by its bare
+// name. A system that lacks it would go on to the program's folder, and load what was planted
+// there.
+HMODULE WINAPI LoadFromSystem(const char* name) {
+  wchar_t wide[MAX_PATH];
+  const std::size_t size = std::strlen(name) + 1;
+  if (size > MAX_PATH) return nullptr;
+  for (std::size_t i = 0; i < size; ++i) wide[i] = static_cast<unsigned char>(name[i]);  // ASCII
+  return LoadSystemLibrary(wide);
 }
 
 // FLTK watches sockets that a program gives it. This one has none, so it needs no socket library
@@ -41,6 +57,10 @@ const TrackMouse imported_track_mouse = TrackMouseEvent;
 
 extern const TickCount64 imported_tick_count __asm__("__imp__GetTickCount64@0");
 const TickCount64 imported_tick_count = CountTicks;
+
+using LoadByName = HMODULE(WINAPI*)(const char*);
+extern const LoadByName imported_load_library __asm__("__imp__LoadLibraryA@4");
+const LoadByName imported_load_library = LoadFromSystem;
 
 using Select = int(WINAPI*)(int, void*, void*, void*, const void*);
 extern const Select imported_select __asm__("__imp__select@20");

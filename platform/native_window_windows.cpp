@@ -8,14 +8,16 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/windows_library.h"
+
 namespace {
 
 constexpr float kUnscaledDpi = 96;  // the density at which a unit of the pages is one pixel
 
-// The function of a library that is loaded already, or null.
+// A function of a library of the system's, or null.
 template <typename Function>
 Function Find(const wchar_t* library, const char* name) {
-  HMODULE module = GetModuleHandleW(library);
+  HMODULE module = LoadSystemLibrary(library);
   if (module == nullptr) return nullptr;
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
@@ -24,7 +26,6 @@ Function Find(const wchar_t* library, const char* name) {
 // manifest says that it knows how. 1 on any other: since 8.1 each screen has a scale of its own,
 // which FLTK asks for itself, and XP has none.
 float ScaleOfAllScreens() {
-  LoadLibraryW(L"shcore.dll");
   if (Find<FARPROC>(L"shcore.dll", "GetDpiForMonitor") != nullptr) return 1;
   const auto is_aware = Find<BOOL(WINAPI*)()>(L"user32.dll", "IsProcessDPIAware");
   if (is_aware == nullptr || is_aware() == FALSE) return 1;

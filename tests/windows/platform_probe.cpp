@@ -77,8 +77,7 @@ std::string WriteInCodePage(const char* path) {
   return Utf8FromCodePage(text, std::strlen(text) + 1, back, sizeof back) ? back : "no way back";
 }
 
-std::string Load(const char* library) {
-  HMODULE module = LoadLibraryA(library);
+std::string FileOf(HMODULE module) {
   char path[MAX_PATH];
   if (module == nullptr || GetModuleFileNameA(module, path, sizeof path) == 0) return "not loaded";
   return path;
@@ -114,7 +113,8 @@ std::string Do(const std::string& operation, const char* path) {
   if (operation == "special") return Special(path);
   if (operation == "code-page") return std::to_string(GetACP());
   if (operation == "write-in-code-page") return WriteInCodePage(path);
-  if (operation == "load") return Load(path);
+  if (operation == "load") return FileOf(LoadLibraryExA(path, nullptr, 0));
+  if (operation == "load-as-a-linked-library-does") return FileOf(LoadLibraryA(path));
   if (operation.rfind("prepared", 0) == 0) return "";  // the first initialiser has
   if (operation == "error-mode") {
     SetErrorMode(static_cast<UINT>(std::atoi(path)));

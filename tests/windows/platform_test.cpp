@@ -199,6 +199,19 @@ TEST(LibrarySearch, OlderWindowsLeavesTheCurrentFolderOut) {
   EXPECT_EQ(load("prepared-without-the-rule"), "not loaded");
 }
 
+// Also on a Windows without the rule, and for a name that no Windows has.
+TEST(LibrarySearch, LinkedLibraryFindsNothingButTheSystemsOwn) {
+  const TempDir dir;
+  fs::copy(PLATFORM_PROBE, dir / "probe.exe");
+  for (const char* name : {"msimg32.dll", "elsewhere.dll"}) {
+    fs::copy(RECORDING_LIBRARY, dir / name);
+  }
+  const std::string how = "load-as-a-linked-library-does";
+  EXPECT_EQ(Probe({"none", "", how, "msimg32.dll", how, "elsewhere.dll"}, dir / "probe.exe"),
+            (Lines{"no such operation", "C:\\windows\\system32\\msimg32.dll", "not loaded"}));
+  EXPECT_FALSE(fs::exists(dir / "elsewhere.dll.loaded"));
+}
+
 TEST(ErrorMode, NoQuestionsAreAskedAndWhatTheProcessWasStartedWithStays) {
   EXPECT_EQ(Probe({"error-mode", "0", "error-mode", "2"}), (Lines{"1", "3"}));
 }
