@@ -7,7 +7,7 @@
 # A display that nobody sees, for everything started afterwards; sets `server`, which the caller ends.
 start_display() { # start_display WIDTHxHEIGHT
   rm -f "$work/display"
-  Xvfb -displayfd 3 -screen 0 "$1x24" -noreset 3>"$work/display" >"$work/xvfb.log" 2>&1 9>&- &
+  Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -wr 3>"$work/display" >"$work/xvfb.log" 2>&1 9>&- &
   server=$!
   wait_for "a display" test -s "$work/display"
   DISPLAY=:$(cat "$work/display")
