@@ -110,7 +110,7 @@ class LinkedInstaller : public testing::TestWithParam<LinkedProgram> {};
 TEST_P(LinkedInstaller, HoldsTheTreeItWasMadeOf) {
   const ProgramResult verified = RunPack({"verify", GetParam().file, "--tree", kTree});
   EXPECT_EQ(verified.error, "");
-  EXPECT_THAT(verified.output, testing::StartsWith("verified: 9 entries, "));
+  EXPECT_THAT(verified.output, testing::StartsWith("verified: 11 entries, "));
   EXPECT_EQ(verified.status, 0);
 }
 

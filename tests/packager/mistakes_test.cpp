@@ -284,7 +284,7 @@ TEST(PayloadMessages, WhatNoTreeBringsAboutStandsInTheRules) {
     for (std::string part : message.parts) {
       part.erase(0, part.find_first_of("abcdefghijklmnopqrstuvwxyz"));
       if (part.size() < 6) continue;
-      part.resize(std::min<std::size_t>(part.size(), 16));  // a source may end in a name of its own
+      part.resize(std::min<std::size_t>(part.size(), 12));  // a source may end in a name of its own
       EXPECT_NE(words.find(part), std::string::npos) << message.text << ": " << part;
     }
   }
