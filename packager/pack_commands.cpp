@@ -13,6 +13,8 @@
 #include "packager/interruption.h"
 #include "packager/output_set.h"
 #include "packager/payload_plan.h"
+#include "packager/payload_view.h"
+#include "packager/place_rules.h"
 #include "packager/progress_bar.h"
 #include "packager/refusal.h"
 #include "packager/table_files.h"
@@ -69,11 +71,13 @@ bool IsFile(const fs::path& path) {
   return fs::is_regular_file(path, ignored);
 }
 
-void Warn(const PackRequest& request, const PayloadTree& tree) {
+void Warn(const PackRequest& request, const PayloadPlan& plan) {
+  const PayloadTree& tree = plan.tree;
   const ContentReader read = [&tree](const PayloadFile& file) {
     return ReadWholeFile(tree.root / file.name, file.name, file.size);
   };
   for (const Warning& warning : FindWarnings(tree, read)) request.warn(warning);
+  for (const Warning& warning : FindHomeless(ViewOf(plan))) request.warn(warning);
   if (!request.more_warnings) return;
   for (const Warning& warning : request.more_warnings(tree, read)) request.warn(warning);
 }
@@ -103,7 +107,7 @@ void PackTree(const PackRequest& request) {
   }
   LinkFolder links(LinkFolderOf(request));
   const PayloadPlan plan = PlanPayload(request.tree);
-  if (request.warn) Warn(request, plan.tree);
+  if (request.warn) Warn(request, plan);
   const std::uint64_t frame_length =
       WriteFrame(OutputSet::TemporaryName(frame), plan, request.frame);
   const PayloadTable table{frame_length, plan.content_size, TableEntries(plan)};

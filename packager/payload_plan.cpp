@@ -10,6 +10,8 @@
 #include "packager/order_rules.h"
 #include "packager/payload_order.h"
 #include "packager/payload_rules.h"
+#include "packager/payload_view.h"
+#include "packager/place_rules.h"
 #include "packager/progress_bar.h"
 #include "packager/refusal.h"
 
@@ -72,6 +74,7 @@ PayloadPlan PlanPayload(const std::filesystem::path& root) {
   CheckContentSize(table);
   CheckAliases(table);
   CheckOrder(table);
+  CheckPlaces(ViewOf(plan));
   for (const PayloadFile& entry : table) plan.content_size += entry.size;
   return plan;
 }

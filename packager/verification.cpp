@@ -10,6 +10,8 @@
 #include "packager/name_rules.h"
 #include "packager/order_rules.h"
 #include "packager/payload_rules.h"
+#include "packager/payload_view.h"
+#include "packager/place_rules.h"
 #include "packager/progress_bar.h"
 #include "packager/refusal.h"
 
@@ -91,6 +93,7 @@ void CheckPackedPayload(const PackedPayload& packed) {
     return std::string(BytesOf(packed, index_of.at(file.name)));
   });
   CheckOrder(entries);
+  CheckPlaces(ViewOf(packed));
 }
 
 void CompareWithTree(const PackedPayload& packed, const PayloadPlan& plan) {

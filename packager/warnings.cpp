@@ -36,17 +36,6 @@ bool IsLeftover(std::string_view component) {
          folded.starts_with(".#") || (folded.starts_with('#') && folded.ends_with('#'));
 }
 
-// The path up to the first component that is left over, or nothing.
-std::string_view LeftoverPath(std::string_view path) {
-  std::size_t begin = 0;
-  for (;;) {
-    const std::size_t end = std::min(path.find('/', begin), path.size());
-    if (IsLeftover(path.substr(begin, end - begin))) return path.substr(0, end);
-    if (end == path.size()) return {};
-    begin = end + 1;
-  }
-}
-
 void AddLeftovers(const PayloadTree& tree, std::vector<Warning>* warnings) {
   std::set<std::string_view> told;  // a folder counts once, whatever it holds
   for (const PayloadFile& file : tree.files) {
@@ -144,6 +133,16 @@ void AddExecutables(const PayloadTree& tree, std::vector<Warning>* warnings) {
 }
 
 }  // namespace
+
+std::string_view LeftoverPath(std::string_view path) {
+  std::size_t begin = 0;
+  for (;;) {
+    const std::size_t end = std::min(path.find('/', begin), path.size());
+    if (IsLeftover(path.substr(begin, end - begin))) return path.substr(0, end);
+    if (end == path.size()) return {};
+    begin = end + 1;
+  }
+}
 
 std::vector<Warning> FindWarnings(const PayloadTree& tree, const ContentReader& read) {
   std::vector<Warning> warnings;

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packager/payload_rules.h"
@@ -13,6 +14,10 @@ struct Warning {
   std::string file;
   std::string words;  // one line, as of a Refusal
 };
+
+// The path up to its first component that some tool has left there, such as ".git" or a backup of
+// an editor; empty without one.
+std::string_view LeftoverPath(std::string_view path);
 
 // All warnings about the tree, kind by kind and each kind in the order of the names.
 std::vector<Warning> FindWarnings(const PayloadTree& tree, const ContentReader& read);

@@ -256,7 +256,7 @@ std::string WordsOfTheRules() {
   for (const std::string file :
        {"class_rules", "control_file_rules", "criteria_rules", "host_match", "name_rules",
         "order_rules", "payload_plan", "payload_rules", "payload_tree", "picture_rules",
-        "release_name", "warnings"}) {
+        "release_name", "place_rules", "warnings"}) {
     for (const std::string& words :
          Literals(ReadFile(PROJECT_FOLDER "/packager/" + file + ".cpp"))) {
       all += words + "\n";

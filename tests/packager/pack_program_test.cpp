@@ -83,7 +83,7 @@ TEST_F(PackProgram, GivesTheSameBytesForAnyNumberOfThreads) {
     state = state * 1664525 + 1013904223;
     large += std::to_string(state >> 20);
   }
-  Write("libraries/large.bin", large);
+  Write("libraries/Servo/large.bin", large);
   ExpectPacked({"--threads", "1"});
   const auto expected = Three(output());
   for (const std::string threads : {"2", "3", "64"}) {
@@ -179,7 +179,7 @@ TEST_F(PackProgram, LeavesNothingWhenTheDiskIsFull) {
     state = state * 1664525 + 1013904223;
     noise += static_cast<char>(state >> 24);
   }
-  Write("libraries/noise.bin", noise);
+  Write("libraries/Servo/noise.bin", noise);
   // A limit on the size of files stands for the full disk.
   const ProgramResult result =
       RunProgram("/bin/sh", {"-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\"", "sh", PACK_PROGRAM,
