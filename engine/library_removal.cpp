@@ -12,10 +12,6 @@ namespace {
 constexpr std::size_t kPathSize = 260;
 constexpr std::size_t kLongPathSize = 520;
 
-// The last names a subfolder only: an SD folder stays, with its other content.
-constexpr const char* kOldLibraries[] = {"Adafruit_GFX", "Adafruit_CC3000", "Adafruit_RA8875",
-                                         "openGLCD",     "ST7565",          "SD/utility"};
-
 bool IsSelfOrParent(const char* name) {
   return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }

@@ -4,6 +4,11 @@
 // LIBRARY_SUBDIR, and through links that lead out of them, as stat follows those.
 #pragma once
 
+// Below the folder of LIBRARY_SUBDIR. The last names a subfolder only: an SD folder stays, with its
+// other content.
+inline constexpr const char* kOldLibraries[] = {
+    "Adafruit_GFX", "Adafruit_CC3000", "Adafruit_RA8875", "openGLCD", "ST7565", "SD/utility"};
+
 // Removes the six paths, in order, from the host folder `dir`, which may end in a separator,
 // whatever libraries the user chose. A path that is no folder is passed over.
 void RemoveOldLibraries(const char* dir);
