@@ -11,54 +11,55 @@
 
 namespace {
 
-struct ArchiveCloser {
-  void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-using Archive = std::unique_ptr<zip_t, ArchiveCloser>;
-
 struct MemberCloser {
   void operator()(zip_file_t* member) const { zip_fclose(member); }
 };
 using Member = std::unique_ptr<zip_file_t, MemberCloser>;
 
-Archive OpenArchive(const std::string& jar) {
-  int code = 0;
-  Archive archive(zip_open(jar.c_str(), ZIP_CHECKCONS | ZIP_RDONLY, &code));
-  if (archive == nullptr) {
-    zip_error_t error;
-    zip_error_init_with_code(&error, code);
-    const std::string reason = zip_error_strerror(&error);
-    zip_error_fini(&error);
-    throw Refusal(jar, "can't be opened (" + reason + ")");
-  }
-  return archive;
-}
-
-[[noreturn]] void RefuseMember(const std::string& jar, const std::string& member, zip_t* archive) {
-  throw Refusal(jar, member + " can't be read (" + zip_strerror(archive) + ")");
-}
-
 }  // namespace
 
-MemberFacts ReadMemberFacts(const std::string& jar, const std::string& member) {
-  const Archive archive = OpenArchive(jar);
-  const zip_int64_t index = zip_name_locate(archive.get(), member.c_str(), 0);
-  if (index < 0) throw Refusal(jar, "has no " + member);
-  const Member file(zip_fopen_index(archive.get(), static_cast<zip_uint64_t>(index), 0));
-  if (file == nullptr) RefuseMember(jar, member, archive.get());
+void JarFile::Closer::operator()(zip* archive) const {
+  zip_discard(archive);
+}
 
-  MemberFacts facts{0, 0};
+JarFile::JarFile(const std::string& path) : path_(path) {
+  int code = 0;
+  archive_.reset(zip_open(path.c_str(), ZIP_CHECKCONS | ZIP_RDONLY, &code));
+  if (archive_ != nullptr) return;
+  zip_error_t error;
+  zip_error_init_with_code(&error, code);
+  const std::string reason = zip_error_strerror(&error);
+  zip_error_fini(&error);
+  throw Refusal(path, "can't be opened (" + reason + ")");
+}
+
+bool JarFile::Read(const std::string& member,
+                   const std::function<void(std::string_view piece)>& take) const {
+  const zip_int64_t index = zip_name_locate(archive_.get(), member.c_str(), 0);
+  if (index < 0) return false;
+  const Member file(zip_fopen_index(archive_.get(), static_cast<zip_uint64_t>(index), 0));
+  if (file == nullptr) {
+    throw Refusal(path_, member + " can't be read (" + zip_strerror(archive_.get()) + ")");
+  }
   std::array<char, 4096> buffer{};
   for (;;) {
     const zip_int64_t got = zip_fread(file.get(), buffer.data(), buffer.size());
     if (got < 0) {
-      throw Refusal(jar, member + " can't be read (" +
-                             zip_error_strerror(zip_file_get_error(file.get())) + ")");
+      throw Refusal(path_, member + " can't be read (" +
+                               zip_error_strerror(zip_file_get_error(file.get())) + ")");
     }
-    if (got == 0) break;
-    facts.checksum = CksumUpdate(facts.checksum, buffer.data(), static_cast<std::size_t>(got));
-    facts.size += static_cast<std::uint64_t>(got);
+    if (got == 0) return true;
+    take({buffer.data(), static_cast<std::size_t>(got)});
   }
+}
+
+MemberFacts ReadMemberFacts(const std::string& jar, const std::string& member) {
+  MemberFacts facts{0, 0};
+  const bool is_there = JarFile(jar).Read(member, [&facts](std::string_view piece) {
+    facts.checksum = CksumUpdate(facts.checksum, piece.data(), piece.size());
+    facts.size += piece.size();
+  });
+  if (!is_there) throw Refusal(jar, "has no " + member);
   if (facts.size > std::numeric_limits<std::uint32_t>::max()) {
     throw Refusal(jar, member + " is too large for a zipcksum line");
   }
