@@ -65,6 +65,13 @@ std::string ReadWholeFile(const std::filesystem::path& path, std::string_view na
   return content;
 }
 
+void PrintText(const std::string& text) {
+  errno = 0;
+  if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+    throw Refusal("standard output", WithReason("can't be written", errno));
+  }
+}
+
 OutputFile::OutputFile(const std::filesystem::path& path) : name_(path.string()) {
   errno = 0;
   file_.reset(std::fopen(name_.c_str(), "wb"));

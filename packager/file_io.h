@@ -20,6 +20,9 @@ std::string ReadWholeFile(const std::filesystem::path& path, std::string_view na
 std::string ReadWholeFile(const std::filesystem::path& path, std::string_view name,
                           std::uintmax_t size);
 
+// Writes to the standard output, which may be a full disk.
+void PrintText(const std::string& text);
+
 // A file being written. Close must be called to know that every byte has arrived; a file that is
 // destroyed without it is closed all the same and holds whatever arrived.
 class OutputFile {

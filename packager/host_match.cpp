@@ -1,5 +1,6 @@
 #include "packager/host_match.h"
 
+#include "packager/entry_names.h"
 #include "packager/host_log.h"
 #include "packager/refusal.h"
 #include "recognition/check_criteria.h"
@@ -17,7 +18,7 @@ std::string WhatDoesNotHold(const std::string& name, const std::string& criteria
   if (CheckCriteriaText(folder.c_str(), name.c_str(), criteria.data(), criteria.size()) != 0) {
     return {};
   }
-  return host.string() + ": " + LastHostLogLine();
+  return LastHostLogLine();
 }
 
 // The words about a release that matches no host; empty when it matches one.
@@ -27,9 +28,14 @@ std::string WordsAboutRelease(const std::string& name, const std::string& criter
   for (const fs::path& host : hosts) {
     const std::string reason = WhatDoesNotHold(name, criteria, host);
     if (reason.empty()) return {};
-    words += (words.empty() ? "" : "; ") + reason;
+    words += (words.empty() ? "" : "; ") + host.string() + ": " + reason;
   }
   return words;
+}
+
+void CheckIsFolder(const fs::path& host) {
+  std::error_code error;
+  if (!fs::is_directory(host, error)) throw Refusal(host.string(), "no such folder");
 }
 
 }  // namespace
@@ -38,10 +44,7 @@ std::vector<Warning> CompareWithHosts(const std::vector<PayloadFile>& files,
                                       const std::vector<fs::path>& hosts,
                                       const ContentReader& read) {
   std::vector<Warning> warnings;
-  for (const fs::path& host : hosts) {
-    std::error_code error;
-    if (!fs::is_directory(host, error)) throw Refusal(host.string(), "no such folder");
-  }
+  for (const fs::path& host : hosts) CheckIsFolder(host);
   if (hosts.empty()) return warnings;
   for (const PayloadFile& file : files) {
     if (!file.name.ends_with(kCriteriaFileEnding)) continue;
@@ -50,4 +53,18 @@ std::vector<Warning> CompareWithHosts(const std::vector<PayloadFile>& files,
     warnings.push_back({file.name, "matches no folder given with --host (" + words + ")"});
   }
   return warnings;
+}
+
+std::string FindRelease(const PayloadView& payload, const fs::path& host) {
+  CheckIsFolder(host);
+  std::string words;
+  for (std::size_t i = 0; i < payload.entries.size(); ++i) {
+    const std::string& name = payload.entries[i].name;
+    if (!name.ends_with(kCriteriaFileEnding)) continue;
+    const std::string release(FirstComponent(name));
+    const std::string reason = WhatDoesNotHold(name, payload.read(i), host);
+    if (reason.empty()) return release;
+    words += (words.empty() ? "" : "; ") + release + ": " + reason;
+  }
+  throw Refusal(host.string(), "is none of the payload's releases (" + words + ")");
 }

@@ -1,17 +1,16 @@
 #include "packager/pack_commands.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "packager/depfile.h"
 #include "packager/file_io.h"
+#include "packager/install_forecast.h"
 #include "packager/installer_file.h"
 #include "packager/interruption.h"
 #include "packager/output_set.h"
+#include "packager/payload_limits.h"
 #include "packager/payload_plan.h"
 #include "packager/payload_view.h"
 #include "packager/place_rules.h"
@@ -65,12 +64,6 @@ fs::path LinkFolderOf(const PackRequest& request) {
   return folder;
 }
 
-// Whether `path` is a finished installer rather than a folder.
-bool IsFile(const fs::path& path) {
-  std::error_code ignored;
-  return fs::is_regular_file(path, ignored);
-}
-
 void Warn(const PackRequest& request, const PayloadPlan& plan) {
   const PayloadTree& tree = plan.tree;
   const ContentReader read = [&tree](const PayloadFile& file) {
@@ -80,14 +73,6 @@ void Warn(const PackRequest& request, const PayloadPlan& plan) {
   for (const Warning& warning : FindHomeless(ViewOf(plan))) request.warn(warning);
   if (!request.more_warnings) return;
   for (const Warning& warning : request.more_warnings(tree, read)) request.warn(warning);
-}
-
-// The standard output may be a full disk.
-void Print(const std::string& text) {
-  errno = 0;
-  if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
-    throw Refusal("standard output", WithReason("can't be written", errno));
-  }
 }
 
 }  // namespace
@@ -123,27 +108,41 @@ void PackTree(const PackRequest& request) {
   StopIfInterrupted();
   outputs.Commit();
   links.Commit();
+  PrintText(LimitsText(ViewOf(plan), frame_length));
 }
 
-void ListEntries(const fs::path& source) {
-  const std::vector<PayloadFile> entries =
-      IsFile(source) ? ReadInstallerTable(source).entries : TableEntries(PlanPayload(source));
-  std::string text;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    text +=
-        std::to_string(i) + "\t" + std::to_string(entries[i].size) + "\t" + entries[i].name + "\n";
+void ListEntries(const ListRequest& request) {
+  if (request.release.empty() && !request.summary) {
+    // The table alone: that of an installer is told without expanding what it carries.
+    const PayloadView table = IsInstaller(request.source)
+                                  ? PayloadView{ReadInstallerTable(request.source).entries, {}}
+                                  : OpenPayload(request.source);
+    PrintText(EntryListing(table, request.form));
+    return;
   }
-  Print(text);
+  const PayloadView payload = OpenPayload(request.source);
+  if (request.summary) {
+    const std::vector<std::string> releases =
+        request.release.empty() ? ReleasesOf(payload) : std::vector{request.release};
+    PrintText(ForecastSummary(payload, releases, request.form));
+  } else {
+    PrintText(ForecastListing(payload, InstallForecast(payload, request.release), request.form));
+  }
+}
+
+void ExplainEntry(const fs::path& source, const std::string& name, ListingForm form) {
+  PrintText(EntryExplanation(OpenPayload(source), name, form));
 }
 
 void VerifyPacked(const fs::path& packed_in, const fs::path& tree) {
   const PackedPayload packed =
-      IsFile(packed_in) ? ReadInstaller(packed_in)
-                        : ReadPackedPayload({packed_in / kFrameName, packed_in / kTableName,
-                                             packed_in / kTableSourceName});
+      IsInstaller(packed_in) ? ReadInstaller(packed_in)
+                             : ReadPackedPayload({packed_in / kFrameName, packed_in / kTableName,
+                                                  packed_in / kTableSourceName});
   CheckPackedPayload(packed);
   if (!tree.empty()) CompareWithTree(packed, PlanPayload(tree));
-  Print("verified: " + std::to_string(packed.table.entries.size()) + " entries, " +
-        std::to_string(packed.table.content_size) + " bytes, packed into " +
-        std::to_string(packed.table.frame_length) + "\n");
+  PrintText("verified: " + std::to_string(packed.table.entries.size()) + " entries, " +
+            std::to_string(packed.table.content_size) + " bytes, packed into " +
+            std::to_string(packed.table.frame_length) + "\n" +
+            LimitsText(ViewOf(packed), packed.table.frame_length));
 }

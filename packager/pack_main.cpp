@@ -1,6 +1,7 @@
-// quirloduino-pack: packs a payload tree for the installer, lists one, verifies a packed one.
-// Exit status: 0 done, 1 wrong usage, 2 refused or failed, 128 + the signal when interrupted, each
-// with one line on the error stream.
+// quirloduino-pack: packs a payload tree for the installer, tells what its install will do,
+// verifies a packed one, checks an Arduino folder after an install. Exit status: 0 done, 1 wrong
+// usage, 2 refused or failed, 128 + the signal when interrupted, each with one line on the error
+// stream; 3 when a checked folder isn't as the install left it.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
@@ -8,6 +9,7 @@
 #include <string>
 #include <thread>
 
+#include "packager/check_command.h"
 #include "packager/host_match.h"
 #include "packager/interruption.h"
 #include "packager/pack_commands.h"
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kWrongUsage = 1;
 constexpr int kRefused = 2;
+constexpr int kNotAsInstalled = 3;
 
 int Complain(const char* text, int status) {
   std::fprintf(stderr, "quirloduino-pack: %s\n", text);
@@ -34,6 +37,64 @@ void Tell(const Warning& warning, bool strict) {
   const Refusal refusal(warning.file, warning.words);
   if (strict) throw refusal;
   Complain((std::string("warning: ") + refusal.what()).c_str(), 0);
+}
+
+void AddJsonFlag(CLI::App* command, ListingForm* form) {
+  command->add_flag_callback(
+      "--json", [form] { *form = ListingForm::kJson; }, "Print JSON, for scripts");
+}
+
+void AddList(CLI::App* app, ListRequest* request) {
+  CLI::App* list = app->add_subcommand(
+      "list", "List the entries of a payload tree, or of an installer, in table order");
+  list->add_option("TREE", request->source, "The folder that holds the payload, or an installer")
+      ->required();
+  list->add_option("--release", request->release,
+                   "Also tell where each entry lands in an install of this release, and by which "
+                   "rule")
+      ->type_name("R");
+  list->add_flag("--summary", request->summary,
+                 "Tell how many entries each rule decides, for each release or for the one named");
+  AddJsonFlag(list, &request->form);
+  list->callback([request] { ListEntries(*request); });
+}
+
+struct ExplainRequest {
+  std::string source;
+  std::string name;
+  ListingForm form = ListingForm::kText;
+};
+
+void AddExplain(CLI::App* app, ExplainRequest* request) {
+  CLI::App* explain =
+      app->add_subcommand("explain", "Tell all about one entry: where from, where to, and why");
+  explain->add_option("TREE", request->source, "The folder that holds the payload, or an installer")
+      ->required();
+  explain->add_option("NAME", request->name, "The file's path below the tree")->required();
+  AddJsonFlag(explain, &request->form);
+  explain->callback([request] { ExplainEntry(request->source, request->name, request->form); });
+}
+
+void AddCheck(CLI::App* app, CheckRequest* request, int* status) {
+  CLI::App* check = app->add_subcommand(
+      "check", "Tell what in an Arduino folder isn't as an install left it; changes nothing");
+  check->add_option("TREE", request->payload, "The folder that holds the payload, or an installer")
+      ->required();
+  check->add_option("--host", request->host, "The Arduino folder")->type_name("FOLDER")->required();
+  check
+      ->add_option("--without", request->left_out,
+                   "A library that wasn't chosen for the install; may be repeated")
+      ->type_name("LIBRARY")
+      ->allow_extra_args(false);
+  check
+      ->add_option("--release", request->release,
+                   "The release that the folder should hold, where it isn't recognised any more")
+      ->type_name("R");
+  AddJsonFlag(check, &request->form);
+  AddQuietFlag(check);
+  check->callback([request, status] {
+    if (!CheckHost(*request)) *status = kNotAsInstalled;
+  });
 }
 
 int Run(int argc, char** argv) {
@@ -77,12 +138,13 @@ int Run(int argc, char** argv) {
     PackTree(request);
   });
 
-  std::string listed;
-  CLI::App* list = app.add_subcommand(
-      "list", "List the entries of a payload tree, or of an installer, in table order");
-  list->add_option("TREE", listed, "The folder that holds the payload, or an installer")
-      ->required();
-  list->callback([&listed] { ListEntries(listed); });
+  ListRequest list_request;
+  AddList(&app, &list_request);
+  ExplainRequest explain_request;
+  AddExplain(&app, &explain_request);
+  CheckRequest check_request;
+  int status = 0;
+  AddCheck(&app, &check_request, &status);
 
   std::string verified;
   std::string compared;
@@ -101,7 +163,7 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return Complain(error.what(), kWrongUsage);
   }
-  return 0;
+  return status;
 }
 
 }  // namespace

@@ -254,9 +254,9 @@ std::vector<std::string> Literals(const std::string& source) {
 std::string WordsOfTheRules() {
   std::string all;
   for (const std::string file :
-       {"class_rules", "control_file_rules", "criteria_rules", "host_match", "name_rules",
-        "order_rules", "payload_plan", "payload_rules", "payload_tree", "picture_rules",
-        "release_name", "place_rules", "warnings"}) {
+       {"class_rules", "control_file_rules", "criteria_rules", "host_match", "install_forecast",
+        "name_rules", "order_rules", "payload_plan", "payload_rules", "payload_tree",
+        "picture_rules", "place_rules", "release_name", "warnings"}) {
     for (const std::string& words :
          Literals(ReadFile(PROJECT_FOLDER "/packager/" + file + ".cpp"))) {
       all += words + "\n";

@@ -239,6 +239,9 @@ TEST(PackUsage, EndsWithStatus1AndOneLine) {
       {{"pack", "tree", "--output"}, "--output: 1 required DIR missing"},
       {{"list"}, "TREE is required"},
       {{"list", "a", "b"}, "The following argument was not expected: b"},
+      {{"explain", "a"}, "NAME is required"},
+      {{"check", "a"}, "--host is required"},
+      {{"check", "--host", "a"}, "TREE is required"},
       {{"verify"}, "DIR is required"},
   };
   for (const UsageCase& usage : cases) {
@@ -250,7 +253,7 @@ TEST(PackUsage, EndsWithStatus1AndOneLine) {
 }
 
 TEST(PackUsage, HelpIsThereForEachSubcommand) {
-  for (const std::string subcommand : {"pack", "list", "verify"}) {
+  for (const std::string subcommand : {"pack", "list", "explain", "check", "verify"}) {
     const ProgramResult result = RunPack({subcommand, "--help"});
     EXPECT_NE(result.output.find("Usage: quirloduino-pack " + subcommand + " [OPTIONS]"),
               std::string::npos)

@@ -39,7 +39,7 @@ class PayloadTest : public testing::Test {
 
   ProgramResult Pack(std::vector<std::string> more = {}) const;
 
-  // Packs once and expects success without a word.
+  // Packs once and expects success, with what the payload asks of its users and no other word.
   void ExpectPacked(const std::vector<std::string>& more = {}) const;
 
   // Packs over the result of an earlier, sound run and expects exactly this one line, status 2 and

@@ -51,9 +51,24 @@ class Verify : public PayloadTest {
   }
 };
 
-TEST_F(Verify, SoundPayloadIsTold) {
+const char kLongest[] =
+    "longest path below the host folder: 36 bytes, of arm/bin/arm-none-eabi-c++.exe\n"
+    "a host folder's path may have 222 bytes before names are cut\n";
+const char kWeights[] =
+    "       1 entry              4 bytes  root tools\n"
+    "       2 entries            8 bytes  arm/\n"
+    "       9 entries         1160 bytes  release WINDOWS/\n"
+    "       2 entries           12 bytes  cores/\n"
+    "       1 entry              5 bytes  libraries/\n"
+    "       6 entries          100 bytes  release board files\n"
+    "       1 entry             10 bytes  version marker\n";
+
+TEST_F(Verify, SoundPayloadIsToldWithWhatItAsksOfItsUsers) {
+  const std::uintmax_t packed = fs::file_size(Out("payload.zst"));
   const std::string line = "verified: 22 entries, 1299 bytes, packed into " +
-                           std::to_string(ReadFile(Out("payload.zst")).size()) + "\n";
+                           std::to_string(packed) + "\n" + kLongest + "an installer takes " +
+                           std::to_string(1299 + packed) + " bytes of memory: 1299 of content, " +
+                           std::to_string(packed) + " packed\n" + kWeights;
   for (const ProgramResult& result : {Run(), Run({"--tree", tree()})}) {
     EXPECT_EQ(result.error, "");
     EXPECT_EQ(result.output, line);
