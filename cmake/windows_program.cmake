@@ -1,5 +1,6 @@
 # What makes an executable of ours a finished Windows program.
 enable_language(RC)
+find_program(PERL perl REQUIRED)
 
 target_link_options(quirloduino_options INTERFACE -static -fstack-protector-strong)
 
@@ -24,7 +25,8 @@ endforeach()
 # where the system has them, since the payload wants one block of hundreds of megabytes.
 function(quirloduino_windows_program target)
   target_sources(${target} PRIVATE "${PROJECT_BINARY_DIR}/quirloduino.rc"
-                                   "${PROJECT_SOURCE_DIR}/platform/imports_windows.cpp")
+                                   "${PROJECT_SOURCE_DIR}/platform/imports_windows.cpp"
+                                   "${PROJECT_SOURCE_DIR}/platform/started_programs_windows.cpp")
   target_link_libraries(${target} PRIVATE platform)
   set_source_files_properties(
     "${PROJECT_BINARY_DIR}/quirloduino.rc"
@@ -37,4 +39,9 @@ function(quirloduino_windows_program target)
     -mwindows
     LINKER:--dynamicbase,--nxcompat,--large-address-aware
     LINKER:--no-insert-timestamp)
+  # A checksum of 0 is taken for a sign of malice; the linker can't fill it in.
+  add_custom_command(
+    TARGET ${target} POST_BUILD
+    COMMAND "${PERL}" "${PROJECT_SOURCE_DIR}/cmake/set_pe_checksum.pl" "$<TARGET_FILE:${target}>"
+    VERBATIM)
 endfunction()

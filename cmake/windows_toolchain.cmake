@@ -1,9 +1,11 @@
 # Builds 32-bit Windows executables with Debian's cross compiler and the static libraries that
-# scripts/setup-windows has put into build/windows-deps/prefix.
+# scripts/setup-windows has put into build/windows-deps/prefix. The compiler is the one with the threads
+# of Windows: the other brings a runtime that imports calls to stop and redirect threads, of which
+# nothing here makes use and which programs that hunt for malware dislike.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR i686)
-set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
-set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-posix)
+set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-win32)
+set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-win32)
 set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
 
 get_filename_component(windows_deps "${CMAKE_CURRENT_LIST_DIR}/../build/windows-deps/prefix" ABSOLUTE)

@@ -110,16 +110,45 @@ TEST(Executable, AsksForNothingThatXpLacks) {
   }
 }
 
-// The window library has _wexecvp and _wsystem in the one object of all its wrappers of the
-// system's files, where nothing calls them, so those two stand among the imports.
 TEST(Executable, ImportsNoCallThatStartsAProgramOrOpensAConnection) {
   const std::string headers = Headers();
   EXPECT_THAT(headers, HasSubstr("LoadLibrary"));  // that names are listed at all
   for (const char* call :
        {"CreateProcess", "ShellExecute", "WinExec", "CreateRemoteThread", "_spawn", "_popen",
-        "WSAStartup", " select", " socket", " connect", "Internet", "WinHttp", "URLDownload"}) {
+        "execv", "  system\n", "_wsystem", "WSAStartup", " select", " socket", " connect",
+        "Internet", "WinHttp", "URLDownload"}) {
     EXPECT_THAT(headers, Not(HasSubstr(call)));
   }
+}
+
+// What the compiler's other runtime brings, and programs that hunt for malware dislike.
+TEST(Executable, ImportsNoCallThatStopsOrRedirectsThreads) {
+  const std::string headers = Headers();
+  for (const char* call :
+       {"SuspendThread", "ResumeThread", "GetThreadContext", "SetThreadContext"}) {
+    EXPECT_THAT(headers, Not(HasSubstr(call)));
+  }
+}
+
+// As the image format's documentation tells it, one word after the other: add, and add what is
+// carried out of 16 bits.
+TEST(Executable, ItsChecksumIsRight) {
+  const std::string bytes = ReadFile(INSTALLER);
+  const auto word = [&bytes](std::size_t place) {
+    const auto byte = [&bytes](std::size_t i) -> std::uint32_t {
+      return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0;
+    };
+    return byte(place) | byte(place + 1) << 8;
+  };
+  const std::size_t field = (word(0x3c) | word(0x3e) << 16) + 88;
+  const std::uint32_t told = word(field) | word(field + 2) << 16;
+  std::uint32_t sum = 0;
+  for (std::size_t i = 0; i < bytes.size(); i += 2) {
+    if (i != field && i != field + 2) sum += word(i);
+    sum = (sum & 0xFFFF) + (sum >> 16);
+  }
+  EXPECT_NE(told, 0U);
+  EXPECT_EQ(told, sum + bytes.size());
 }
 
 TEST(Executable, IsAHardenedProgramWithoutAConsoleOrATimeStamp) {
