@@ -83,6 +83,18 @@ TEST_F(HostPreferences, PathIsFoundUpTo259Characters) {
   }
 }
 
+TEST_F(HostPreferences, PathInTheUsersDataIsFoundUpTo259Characters) {
+  constexpr std::size_t kLongest = 259;
+  const std::string end = "/Arduino15/preferences.txt";
+  for (const std::size_t length : {kLongest, kLongest + 1}) {
+    std::string data = data_ / "";
+    data += std::string(length - end.size() - data.size(), 'd');
+    const ScopedEnvironment environment("XDG_DATA_HOME", data);
+    WriteFile(data + end, "a=1\n");
+    EXPECT_EQ(FindPreferences(host(), k1819) != nullptr, length <= kLongest) << length;
+  }
+}
+
 // Where the file lies, by version.
 
 enum class Place { kNone, kArduino, kArduino15, kPortable };

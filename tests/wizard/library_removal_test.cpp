@@ -88,11 +88,18 @@ TEST_F(OldLibraries, WithoutAReleaseNothingIsRemoved) {
   EXPECT_EQ(ReadTree(host_), before);
 }
 
-// The copy of the host's text holds every host that the program can have.
-TEST_F(OldLibraries, HostOf160CharactersLosesItsOldLibrariesToo) {
+// The copy of the host's text holds every host below which there is room for an old library.
+TEST_F(OldLibraries, HostAsLongAsItsLongestLibraryAllowsLosesThemToo) {
+  constexpr std::size_t kLongestFolder = 257;  // of one whose entries can be named
+  const std::string below = std::string("/") + kLibraries + "Adafruit_CC3000";
   std::string host = dir_.path();
-  host += "/" + std::string(159 - host.size(), 'h');
+  host += "/" + std::string(kLongestFolder - below.size() - host.size() - 1, 'h');
   fs::rename(host_, host);
+  for (const std::string& library : kOld) {
+    fs::remove_all(host + "/" + kLibraries + library + "/src");  // no room for what is below
+    fs::rename(host + "/" + kLibraries + library + "/file.h",
+               host + "/" + kLibraries + library + "/f");
+  }
   RemoveOldLibraries((host + "/").c_str());
   EXPECT_THAT(Names(host + "/" + kLibraries), ElementsAre("SD/"));
 }
