@@ -59,7 +59,7 @@ DirectoryHandle* OpenListing(const SystemPath& path) {
   DIR* listing = opendir(path.get());
   if (listing == nullptr) return nullptr;
   auto* directory = new DirectoryHandle{listing, {}};
-  std::strcpy(directory->path, path.get());  // of the same size
+  FormatBounded(directory->path, sizeof directory->path, "%s", path.get());  // of the same size
   return directory;
 }
 
