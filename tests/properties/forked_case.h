@@ -26,6 +26,6 @@ struct RunReport {
 };
 
 // Runs `one_case` with each case's seed and raises a test failure for every problem, naming the
-// seed; ends early after ten failed cases. A case may last a minute.
+// seed; ends early after ten failed cases. A case may use a minute of processor time.
 RunReport RunCases(std::size_t count,
                    const std::function<CaseReport(std::uint64_t seed)>& one_case);
