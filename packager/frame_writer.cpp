@@ -25,8 +25,8 @@ int WindowLogFor(std::uint64_t content_size) {
 
 // At its highest level the library is given the content in halves, which two processors compress
 // side by side. Each half still looks for far matches in all of the content, so the cut costs a
-// fifth of a per cent of the frame's size. More pieces would cost more, and one alone takes twice
-// the time.
+// fifth of a per cent of the frame's size. More pieces would cost more, and one alone takes half as
+// long again.
 constexpr std::uint64_t kPiecesAtHighestLevel = 2;
 
 int PieceSizeFor(std::uint64_t content_size) {

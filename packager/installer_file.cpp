@@ -106,7 +106,10 @@ PayloadTable ReadInstallerTable(const std::filesystem::path& installer) {
 
 PackedPayload ReadInstaller(const std::filesystem::path& installer) {
   const std::string name = installer.string();
-  const std::string file = ReadWholeFile(installer, name);
+  return ReadInstaller(name, ReadWholeFile(installer, name));
+}
+
+PackedPayload ReadInstaller(const std::string& name, std::string_view file) {
   const ProgramImage image(name, file);
   const StoreInImage store = ReadStore(image);
   return ExpandPayload(name, ReadTable(image, store), image.Bytes(store.frame, store.frame_length));

@@ -7,6 +7,8 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 
 #include "packager/table_files.h"
 #include "packager/verification.h"
@@ -17,3 +19,6 @@ PayloadTable ReadInstallerTable(const std::filesystem::path& installer);
 // The same with the content, expanded and checked against the frame's checksum. It needs memory for
 // the whole file and the whole content. No rule is checked: CheckPackedPayload does that.
 PackedPayload ReadInstaller(const std::filesystem::path& installer);
+
+// The same from all bytes of the file; messages call it `name`.
+PackedPayload ReadInstaller(const std::string& name, std::string_view file);

@@ -100,6 +100,7 @@ void AddCheck(CLI::App* app, CheckRequest* request, int* status) {
 int Run(int argc, char** argv) {
   CLI::App app{"Packs the files that the Quirloduino installer carries.", "quirloduino-pack"};
   app.require_subcommand(1);
+  app.set_help_all_flag("--help-all", "Print the help of all subcommands and exit");
   app.set_version_flag("--version", "quirloduino-pack " + std::string(kPackageVersion) +
                                         ", packing with Zstandard " + ZstandardVersion());
 

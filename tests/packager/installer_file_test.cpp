@@ -29,7 +29,7 @@ class InstallerFile : public testing::Test {
   // Expects the one line of a refusal from both readers, and from the program.
   void ExpectRefused(const std::string& content, const std::string& why) const {
     Put(content);
-    for (const auto read : {+[](const std::string& file) { ReadInstaller(file); },
+    for (const auto read : {+[](const std::string& file) { ReadInstaller(fs::path(file)); },
                             +[](const std::string& file) { ReadInstallerTable(file); }}) {
       try {
         read(path());
@@ -57,7 +57,7 @@ MadeImage Made(MadeImage::Form form = MadeImage::Form::kWindows) {
 }
 
 void ExpectMade(const std::string& path) {
-  const PackedPayload packed = ReadInstaller(path);
+  const PackedPayload packed = ReadInstaller(fs::path(path));
   EXPECT_EQ(packed.content, "a tool1.60-beta5");
   EXPECT_EQ(packed.position, (std::vector<std::uint64_t>{0, 6, 6}));
   const std::vector<PayloadFile> expected = {
@@ -223,8 +223,7 @@ TEST_F(InstallerFile, CutAnywhereIsRefused) {
     const std::size_t needed =
         form == MadeImage::Form::kWindows ? image.size() - 0x200 + 0x1C : image.size();
     for (std::size_t size = 0; size < needed; ++size) {
-      Put(image.substr(0, size));
-      EXPECT_THROW(ReadInstaller(path()), Refusal) << size;
+      EXPECT_THROW(ReadInstaller("cut", image.substr(0, size)), Refusal) << size;
     }
     ExpectMade(Put(image.substr(0, needed)));
   }
@@ -237,9 +236,8 @@ TEST_F(InstallerFile, DamagedAnywhereIsRefusedOrRead) {
     for (std::size_t at = 0; at < image.size(); ++at) {
       std::string damaged = image;
       damaged[at] = static_cast<char>(damaged[at] ^ 0xFF);
-      Put(damaged);
       try {
-        ReadInstaller(path());
+        ReadInstaller("damaged", damaged);
       } catch (const Refusal&) {
       }
     }
@@ -265,7 +263,7 @@ TEST_F(InstallerFile, FrameThatFailsIsRefusedByVerifyAlone) {
   MadeImage made = Made();
   made.extra_frame = 1;
   Put(MakeImage(made));
-  EXPECT_THROW(ReadInstaller(path()), Refusal);
+  EXPECT_THROW(ReadInstaller(fs::path(path())), Refusal);
   EXPECT_EQ(ReadInstallerTable(path()).entries.size(), 3U);
 }
 
