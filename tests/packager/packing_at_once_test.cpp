@@ -28,7 +28,7 @@ std::string SlowToPack() {
 
 class PackingAtOnce : public PayloadTest {
  protected:
-  PackingAtOnce() { Write("libraries/slow.bin", SlowToPack()); }
+  PackingAtOnce() { Write("libraries/Servo/slow.bin", SlowToPack()); }
 
   std::vector<std::string> SlowPack() const {
     return {"pack", tree(), "--output", output(), "--level", "22", "--threads", "1"};
@@ -137,8 +137,8 @@ TEST_F(PackingAtOnce, ChangeThatKeepsTheTimeIsSeen) {
 }
 
 TEST_F(PackingAtOnce, FileThatComesOrGoesIsSeen) {
-  ExpectChangeIsSeen("libraries/new.h", [this] { Write("libraries/new.h", ""); });
-  ExpectChangeIsSeen("libraries/new.h", [this] { Remove("libraries/new.h"); });
+  ExpectChangeIsSeen("libraries/Servo/new.h", [this] { Write("libraries/Servo/new.h", ""); });
+  ExpectChangeIsSeen("libraries/Servo/new.h", [this] { Remove("libraries/Servo/new.h"); });
 }
 
 TEST_F(PackingAtOnce, FolderThatComesIsSeen) {
