@@ -25,17 +25,20 @@ COMPILER = "i686-w64-mingw32-g++-win32"
 # Built from source into the Windows executable: name, source package, licence as SPDX knows it
 # ("id", "name" or "expression"), files of the source that hold the licence.
 SOURCES = [
-    ("FLTK", ("fltk1.4", "fltk1.3"), {"license": {"name": "GNU LGPL 2 with the exceptions of FLTK"}}, ["COPYING"]),
-    ("libzip", ("libzip",), {"license": {"id": "BSD-3-Clause"}}, ["LICENSE"]),
-    ("libpng", ("libpng1.6",), {"license": {"id": "libpng-2.0"}}, ["LICENSE"]),
-    ("zstd", ("libzstd",), {"license": {"id": "BSD-3-Clause"}}, ["LICENSE"]),
+    ("FLTK", "fltk1.4", {"license": {"name": "GNU LGPL 2 with the exceptions of FLTK"}}, ["COPYING"]),
+    ("libzip", "libzip", {"license": {"id": "BSD-3-Clause"}}, ["LICENSE"]),
+    ("libpng", "libpng1.6", {"license": {"id": "libpng-2.0"}}, ["LICENSE"]),
+    ("zstd", "libzstd", {"license": {"id": "BSD-3-Clause"}}, ["LICENSE"]),
     (
         "zlib",
-        ("libz-mingw-w64-dev",),
+        "libz-mingw-w64-dev",
         {"license": {"id": "Zlib"}},
-        ["../zlib/unpacked/usr/share/doc/libz-mingw-w64-dev/copyright"],
+        ["unpacked/usr/share/doc/libz-mingw-w64-dev/copyright"],
     ),
 ]
+
+# Where scripts/setup-windows unpacks a package, when not under its own name.
+FOLDERS = {"libz-mingw-w64-dev": "zlib"}
 
 # Files of Debian packages that enter the Windows executable: name, package, the library that the
 # compiler names, licence, the package's licence text.
@@ -82,10 +85,10 @@ def package_version(package):
     return listed.splitlines()[0].split(" ")[1]
 
 
-def recorded(work):
+def recorded(record):
     """Of each source package, its version and the checksum of the file that holds the library."""
     found = {}
-    for line in read(work / "sources.txt").splitlines():
+    for line in read(record).splitlines():
         name, version, checksum, file = line.split(" ")
         if ".orig." in file and not file.endswith(".asc") or file.endswith(".deb"):
             found[name] = (version, checksum, file)
@@ -95,19 +98,25 @@ def recorded(work):
 def components(root):
     """One dictionary for each: name, version, sha256, of (what the checksum is of), licence, where, text."""
     work = root / "build/windows-deps"
-    sources = recorded(work)
-    for name, packages, licence, files in SOURCES:
-        package = next((package for package in packages if package in sources), None)
-        if package is None:
-            raise Missing(f"{work}/sources.txt names no {' or '.join(packages)}")
-        version, checksum, file = sources[package]
-        text = "\n\n".join(read(work / "source" / package.removeprefix("libz-mingw-w64-dev") / part) for part in files)
-        yield {"name": name, "version": version, "sha256": checksum, "of": file, "licence": licence,
+    sources = recorded(work / "sources.txt")
+    for name, package, licence, files in SOURCES:
+        if package not in sources:
+            raise Missing(f"{work}/sources.txt names no {package}")
+        version, checksum, of = sources[package]
+        folder = work / "source" / FOLDERS.get(package, package)
+        text = "\n\n".join(read(folder / file) for file in files)
+        yield {"name": name, "version": version, "sha256": checksum, "of": of, "licence": licence,
                "where": WINDOWS, "text": text}
     for name, package, library, licence in RUNTIME:
         file = output(COMPILER, "-print-file-name=" + library)
         yield {"name": name, "version": package_version(package), "sha256": sha256(file), "of": library,
                "licence": licence, "where": WINDOWS, "text": read(f"/usr/share/doc/{package}/copyright")}
+    packer = root / "build/packer-zstd"
+    if (packer / "prefix/lib/libzstd.a").exists():  # otherwise the tools take Debian's own
+        version, checksum, file = recorded(packer / "sources/libzstd")["libzstd"]
+        yield {"name": "zstd", "version": version, "sha256": checksum, "of": file,
+               "licence": {"license": {"id": "BSD-3-Clause"}}, "where": "quirloduino-pack",
+               "text": read(packer / "prefix/LICENSE")}
     for name, package, header, licence in HEADERS:
         yield {"name": name, "version": package_version(package), "sha256": sha256(header),
                "of": pathlib.Path(header).name, "licence": licence, "where": TOOLS,
