@@ -1,14 +1,12 @@
 """What the role's filters make of what the tasks registered."""
 
-import importlib.util
+import importlib.machinery
 import pathlib
 import unittest
 
 CHECKOUT = pathlib.Path(__file__).resolve().parents[2]
 FILE = CHECKOUT / "deploy/ansible/roles/quirloduino/filter_plugins/quirloduino.py"
-spec = importlib.util.spec_from_file_location("quirloduino", FILE)
-role = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(role)
+role = importlib.machinery.SourceFileLoader("quirloduino", str(FILE)).load_module()
 
 
 def rows(before=(("/a", ""),), after=(("/a", "2"),), due=("/a",), runs=(), survey=None, audits=(), **more):
