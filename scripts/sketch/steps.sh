@@ -22,7 +22,7 @@ begin() {
   mkdir -p "$sketch" "$pictures" "$work"
   exec 9>"$sketch/lock"
   flock -n 9 || { say "another run works in $sketch; waiting for its end"; flock 9; }
-  trap '[ -z "$server" ] || kill "$server"' EXIT
+  trap '[ -z "$server" ] || kill "$server" 2>/dev/null || true' EXIT
   trap 'exit 130' INT
   trap 'exit 143' TERM
   start_display 1280x1024
