@@ -46,19 +46,41 @@ std::string Open(const char* path, const char* mode) {
   return outcome;
 }
 
-std::string Stat(const char* path) {
-  PathStatus status;
-  if (!StatPath(path, &status)) return "nothing";
+std::string Told(bool found, const PathStatus& status) {
+  if (!found) return "nothing";
   return status.is_directory ? "folder" : std::to_string(status.size);
 }
 
-std::string List(const char* path) {
-  DirectoryHandle* directory = OpenDirectory(path);
+std::string Stat(const char* path) {
+  PathStatus status = {};
+  return Told(StatPath(path, &status), status);
+}
+
+std::string ListAndClose(DirectoryHandle* directory) {
   if (directory == nullptr) return "no folder";
   std::string names;
   while (const char* name = NextDirectoryEntry(directory)) names += std::string(name) + "|";
   CloseDirectory(directory);
   return names;
+}
+
+// The operations on what a folder lists, for "FOLDER|NAME".
+std::string DoToListed(const std::string& operation, const std::string& folder_and_name) {
+  const std::size_t end = folder_and_name.find('|');
+  if (end == std::string::npos) return "no name";
+  DirectoryHandle* folder = OpenDirectory(folder_and_name.substr(0, end).c_str());
+  if (folder == nullptr) return "no folder to list";
+  const char* name = folder_and_name.c_str() + end + 1;
+  std::string outcome = "no such operation";
+  if (operation == "stat-listed") {
+    PathStatus status = {};
+    outcome = Told(StatListed(folder, name, &status), status);
+  }
+  if (operation == "list-listed") outcome = ListAndClose(OpenListedDirectory(folder, name));
+  if (operation == "remove-listed") outcome = Outcome(RemoveListedFile(folder, name));
+  if (operation == "remove-listed-folder") outcome = Outcome(RemoveListedDirectory(folder, name));
+  CloseDirectory(folder);
+  return outcome;
 }
 
 std::string Special(const char* number) {
@@ -106,10 +128,11 @@ std::string Do(const std::string& operation, const char* path) {
   if (operation == "read-binary") return Open(path, "rb");
   if (operation == "write") return Open(path, "wb");
   if (operation == "stat") return Stat(path);
-  if (operation == "list") return List(path);
+  if (operation == "list") return ListAndClose(OpenDirectory(path));
   if (operation == "make") return Outcome(MakeDirectory(path));
   if (operation == "remove") return Outcome(RemoveFile(path));
   if (operation == "remove-folder") return Outcome(RemoveEmptyDirectory(path));
+  if (operation.find("-listed") != std::string::npos) return DoToListed(operation, path);
   if (operation == "special") return Special(path);
   if (operation == "code-page") return std::to_string(GetACP());
   if (operation == "write-in-code-page") return WriteInCodePage(path);

@@ -87,6 +87,28 @@ TEST(WindowsFiles, BytesThatAreNoUtf8NameNothing) {
             (Lines{"yes", ".|..|" + kNearby + "|"}));
 }
 
+// What a listing names is reached through the listed folder, not through the current one.
+TEST(WindowsFiles, ListedNamesAreReachedThroughTheirFolder) {
+  const TempDir dir;
+  WriteFile(dir / "host/file", "12345");
+  WriteFile(dir / "host/folder/inner", "");
+  const std::string host = dir / "host";
+  EXPECT_EQ(Probe({"stat-listed",   host + "|file",   "stat-listed",          host + "|folder",
+                   "stat-listed",   host + "|fil",    "stat-listed",          host + "/|.",
+                   "list-listed",   host + "|folder", "list-listed",          host + "|file",
+                   "list-listed",   host + "|none",   "remove-listed",        host + "|none",
+                   "remove-listed", host + "|folder", "remove-listed-folder", host + "|file",
+                   "remove-listed", host + "\\|file", "remove-listed-folder", host + "|folder"}),
+            (Lines{"5", "folder", "nothing", "folder", ".|..|inner|", "no folder", "no folder",
+                   "no, another reason", "no, EACCES", "no, another reason", "yes",
+                   "no, another reason"}));
+  EXPECT_EQ(ReadTree(host).size(), 2U) << "only the file is gone";
+  EXPECT_EQ(
+      Probe({"remove-listed", host + "/folder/|inner", "remove-listed-folder", host + "\\|folder"}),
+      (Lines{"yes", "yes"}));
+  EXPECT_TRUE(ReadTree(host).empty());
+}
+
 class CodePage : public testing::TestWithParam<bool> {
  protected:
   // The probe with its manifest's code page, or with that of the system.
@@ -109,6 +131,20 @@ TEST_P(CodePage, NamesOfEveryScriptAreReached) {
                     Program()),
               (Lines{"yes", "yes", "0", ".|..|" + name + "|"}));
     EXPECT_EQ(ReadFile(dir / name + "/" + name), "");
+  }
+}
+
+TEST_P(CodePage, ListedNamesOfEveryScriptAreReached) {
+  for (const std::string& name : {kNearby, kFaraway}) {
+    const TempDir dir;
+    const std::string outer = dir / name;
+    WriteFile(outer + "/" + name + "/" + name, "123");
+    EXPECT_EQ(Probe({"stat-listed", outer + "|" + name, "list-listed", outer + "|" + name,
+                     "stat-listed", outer + "/" + name + "|" + name, "remove-listed",
+                     outer + "/" + name + "|" + name, "remove-listed-folder", outer + "|" + name},
+                    Program()),
+              (Lines{"folder", ".|..|" + name + "|", "3", "yes", "yes"}));
+    EXPECT_TRUE(ReadTree(outer).empty());
   }
 }
 
