@@ -135,8 +135,7 @@ def notices(parts, author):
     lines += [
         "",
         "The Debian packages carry no other library: they take Debian's own, which have their licences",
-        "under /usr/share/doc. The program below may be linked anew with a changed FLTK: scripts/make-installer",
-        "of its sources does it.",
+        "under /usr/share/doc.",
     ]
     texts = {}
     for part in parts:
