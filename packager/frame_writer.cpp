@@ -89,13 +89,20 @@ struct FrameWriter::State {
   std::unique_ptr<ZSTD_CCtx, ContextDeleter> context;
   std::vector<char> buffer;
   std::uint64_t length = 0;
+  bool finished = false;
 };
 
 FrameWriter::FrameWriter(const std::filesystem::path& path, std::uint64_t content_size,
                          const FrameOptions& options)
     : state_(std::make_unique<State>(path, content_size, options)) {}
 
-FrameWriter::~FrameWriter() = default;
+// To free a compressor is to wait for what its threads are at, which takes minutes at the highest
+// level. A frame that isn't finished is one that a failure or an interruption cut off, so its
+// compressor is kept until the process ends.
+FrameWriter::~FrameWriter() {
+  static auto& kept = *new std::vector<ZSTD_CCtx*>;
+  if (!state_->finished) kept.push_back(state_->context.release());
+}
 
 std::string ZstandardVersion() {
   return ZSTD_versionString();
@@ -111,5 +118,6 @@ std::uint64_t FrameWriter::Finish() {
   while (state_->Step(&input, ZSTD_e_end) != 0) {
   }
   state_->file.Close();
+  state_->finished = true;
   return state_->length;
 }
