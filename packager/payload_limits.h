@@ -10,7 +10,7 @@
 #include "packager/payload_order.h"
 #include "packager/payload_view.h"
 
-// The place that takes the most bytes below the host folder, in any release.
+// The place that takes the most bytes below the host folder, in any release; of several the first.
 struct LongestPlace {
   std::string path;  // below the host folder
   std::string entry;

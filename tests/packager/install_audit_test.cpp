@@ -133,16 +133,20 @@ TEST_F(InstallAudit, TellsWhatIsNoPlainFile) {
 TEST_F(InstallAudit, TellsMembersThatDiffer) {
   WriteJar(host_ / "lib/pde.jar", {{"a/One.class", "class 1"}, {"a/Two.class", "class two"}});
   ExpectFound(FindingKind::kDiffers, "lib/pde.jar", "a/One.class", "has 7 bytes, not 9");
+  WriteJar(host_ / "lib/pde.jar", {{"a/One.class", "class one!"}, {"a/Two.class", "class two"}});
+  ExpectFound(FindingKind::kDiffers, "lib/pde.jar", "a/One.class", "has 10 bytes, not 9");
   WriteJar(host_ / "lib/pde.jar", {{"a/One.class", "class one"}, {"a/Two.class", "class twO"}});
   ExpectFound(FindingKind::kDiffers, "lib/pde.jar", "a/Two.class", "differs at byte 8");
   EXPECT_TRUE(Found().antivirus_hint);
 }
 
 TEST_F(InstallAudit, FindsADifferenceBehindTheFirstPieceOfAMember) {
-  std::string large(10000, 'x');
+  std::string large;
+  while (large.size() < 10000) large += std::to_string(large.size()) + " ";
+  large.resize(10000);
   auto entries = kEntries;
   entries[5].second = large;
-  large[9000] = 'y';
+  large[9000] = 'x';
   WriteJar(host_ / "lib/pde.jar", {{"a/One.class", large}, {"a/Two.class", "class two"}});
   const HostAudit audit = Audit(entries);
   ASSERT_EQ(audit.findings.size(), 1U);

@@ -144,6 +144,7 @@ TEST(PayloadLimits, FindsTheLongestPlaceOfAllReleases) {
                 {"1.8.5/WINDOWS/pde.jar/" + std::string(300, 'y') + ".class", ""},
                 {member, ""},
                 {"libraries/" + std::string(59, 'z') + "/a.h", ""},
+                {"libraries/" + std::string(60, 'z') + "/a.h", ""},  // as long, but later
                 {"cores/" + std::string(50, 'v') + "/b.h", ""},
                 {"notes/" + std::string(200, 'w'), ""}});
   const LongestPlace longest = FindLongestPlace(payload);
