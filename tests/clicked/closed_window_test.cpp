@@ -1,18 +1,17 @@
-// The window closed while the install runs. A pipe in the place of one file holds the install up
-// there for as long as the test wants: the program can't open it before someone reads.
-#include <fcntl.h>
+// The window closed while the install runs. A held file in the place of one that the program writes
+// holds the install up there.
 #include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "tests/clicked/clicked_test.h"
 #include "tests/program/case_host.h"
 #include "tests/support/arduino_host.h"
+#include "tests/support/held_file.h"
 #include "tests/support/jars.h"
 #include "tests/support/run_program.h"
 
@@ -26,7 +25,7 @@ constexpr unsigned kYellow = 0xFFFF00;
 // Where the install is held up.
 struct Place {
   const char* name;
-  const char* file;         // the pipe
+  const char* file;         // the held one
   const char* file_before;  // written just before, in the same slice
   bool bar_has_moved;
   bool core_is_patched;
@@ -43,32 +42,20 @@ class ClosedInMidInstall : public ClickedTest, public testing::WithParamInterfac
     if (IsSkipped()) return;
     MakeArduino1819(host_);
     WriteFile(marker_, "1.59");
-    const std::string path = host_ + "/" + GetParam().file;
-    fs::create_directories(fs::path(path).parent_path());
-    ASSERT_EQ(mkfifo(path.c_str(), 0666), 0);
+    held_.emplace(host_ + "/" + GetParam().file);
     wizard_ = Start(PROGRAM);
     GoToFolderPage(wizard_.get());
-  }
-
-  void TearDown() override {
-    if (reader_ >= 0) close(reader_);
   }
 
   void InstallUntilHeldUp() {
     GoToInstallPage(wizard_.get());
     wizard_->Click(kNext);
-    wizard_->WaitFor("the file before the pipe",
+    wizard_->WaitFor("the file before the held one",
                      [&] { return fs::exists(host_ + "/" + GetParam().file_before); });
     wizard_->WaitFor("the bar", [&] {
       const Pixels bar = wizard_->LookAtOnce(kProgress);
       return std::count(bar.begin(), bar.end(), kYellow) > 0 || !GetParam().bar_has_moved;
     });
-  }
-
-  // From here on the install goes on.
-  void Release() {
-    reader_ = open((host_ + "/" + GetParam().file).c_str(), O_RDONLY | O_NONBLOCK);
-    ASSERT_GE(reader_, 0);
   }
 
   void ExpectBothJarsSound() const {
@@ -82,7 +69,7 @@ class ClosedInMidInstall : public ClickedTest, public testing::WithParamInterfac
   std::string host_ = Documents("arduino-1.8.19");
   std::string marker_ = host_ + "/lib/quirloduino.txt";
   std::unique_ptr<ClickedWizard> wizard_;
-  int reader_ = -1;
+  std::optional<HeldFile> held_;
 };
 
 TEST_P(ClosedInMidInstall, EndsTheProgramAndASecondRunCompletes) {
@@ -90,7 +77,7 @@ TEST_P(ClosedInMidInstall, EndsTheProgramAndASecondRunCompletes) {
   wizard_->KeepAtOnce(std::string("held-up-") + GetParam().name);
   wizard_->CloseWindow();
   EXPECT_FALSE(wizard_->HasEnded());
-  Release();
+  held_->Release();
   EXPECT_EQ(wizard_->End(), 0);
   EXPECT_EQ(ReadFile(marker_), "1.59");
   ExpectBothJarsSound();
@@ -113,7 +100,7 @@ TEST_P(ClosedInMidInstall, GoesOnWhileTheHelpWindowIsOpen) {
   wizard_->TurnTo(" Installer");
   InstallUntilHeldUp();
   wizard_->CloseWindow();
-  Release();
+  held_->Release();
   wizard_->WaitUntilGone(" Installer");
   wizard_->WaitFor("the marker", [&] { return ReadFile(marker_) == "1.60-beta5"; });
   wizard_->TurnTo(" Help");

@@ -1,12 +1,9 @@
 // The driver page on simulated machines, in each of its states.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <filesystem>
 #include <string>
 
 #include "tests/clicked/clicked_test.h"
+#include "tests/support/held_file.h"
 
 namespace fs = std::filesystem;
 
@@ -69,10 +66,8 @@ class ClickedDriverPage : public ClickedTest {
 };
 
 TEST_F(ClickedDriverPage, WaitsWithAllButtonsInactiveUntilTheSurveyHasEnded) {
-  // A pipe holds the survey up where it stages the catalog.
-  fs::create_directories(Home("staged"));
-  const std::string catalog = Home("staged/cdcacm.cat");
-  ASSERT_EQ(mkfifo(catalog.c_str(), 0666), 0);
+  // The survey is held up where it stages the catalog.
+  HeldFile catalog(Home("staged/cdcacm.cat"));
   const Pixels waiting = DrawDriverStatus(kWaiting);
   staged_ = Home("staged/");
   wizard_ = Start(DRIVER_PROGRAM, {"DRIVER_SCENARIO=install-due", "DRIVER_FOLDER=" + staged_});
@@ -83,11 +78,9 @@ TEST_F(ClickedDriverPage, WaitsWithAllButtonsInactiveUntilTheSurveyHasEnded) {
   wizard_->WaitUntilInactive(kNext);
   wizard_->WaitUntilInactive(kCancel);
   wizard_->KeepAtOnce("driver-waiting");
-  const int reader = open(catalog.c_str(), O_RDONLY | O_NONBLOCK);
-  ASSERT_GE(reader, 0);
+  catalog.Release();
   wizard_->WaitUntilActive(kBack);
   ExpectStatus(kInstallDue);
-  close(reader);
   CancelEnds();
 }
 
