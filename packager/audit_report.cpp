@@ -44,12 +44,12 @@ std::string Count(std::size_t count, const char* one, const char* several) {
 std::string Notes(const HostAudit& audit) {
   std::string text;
   for (const std::string& library : audit.absent_libraries) {
-    text += "note: nothing of the library " + library +
-            " is there; if its user left it out, give --without " + library + "\n";
+    text.append("note: nothing of the library ").append(library);
+    text.append(" is there; if its user left it out, give --without ").append(library).append("\n");
   }
   for (const std::string& old : audit.old_libraries) {
-    text += "note: " + old + " is of an earlier version; the wizard removes it, a silent install " +
-            "doesn't\n";
+    text.append("note: ").append(old).append(" is of an earlier version; the wizard removes it, ");
+    text.append("a silent install doesn't\n");
   }
   return text;
 }

@@ -79,6 +79,7 @@ std::vector<Expected> ExpectedIn(const PayloadView& payload, const InstallForeca
     by_place.insert_or_assign(place, Expected{i, std::move(foretold)});
   }
   std::vector<Expected> expected;
+  expected.reserve(by_place.size());
   for (auto& [place, what] : by_place) expected.push_back(std::move(what));
   std::sort(expected.begin(), expected.end(),
             [](const Expected& a, const Expected& b) { return a.entry < b.entry; });

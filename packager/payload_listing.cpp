@@ -104,6 +104,7 @@ std::string SummaryRow(std::string title, const std::vector<std::string>& cells)
 
 std::string SummaryText(const std::vector<Counts>& columns, std::size_t entries) {
   std::vector<std::string> heads;
+  heads.reserve(columns.size());
   for (const Counts& column : columns) heads.push_back(column.release);
   std::string text = SummaryRow("entries by rule", heads);
   for (std::size_t rule = 0; rule < DispositionRuleCount(); ++rule) {
