@@ -61,10 +61,10 @@ std::string FindRelease(const PayloadView& payload, const fs::path& host) {
   for (std::size_t i = 0; i < payload.entries.size(); ++i) {
     const std::string& name = payload.entries[i].name;
     if (!name.ends_with(kCriteriaFileEnding)) continue;
-    const std::string release(FirstComponent(name));
+    std::string release(FirstComponent(name));
     const std::string reason = WhatDoesNotHold(name, payload.read(i), host);
     if (reason.empty()) return release;
-    words += (words.empty() ? "" : "; ") + release + ": " + reason;
+    words.append(words.empty() ? "" : "; ").append(release).append(": ").append(reason);
   }
   throw Refusal(host.string(), "is none of the payload's releases (" + words + ")");
 }
