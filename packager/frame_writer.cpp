@@ -39,6 +39,14 @@ struct ContextDeleter {
   void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
 };
 
+// To free a compressor is to wait for what its threads are at, which takes minutes at the highest
+// level. A frame that isn't finished is one that a failure or an interruption cut off, so its
+// compressor is kept until the process ends.
+void KeepUntilTheEnd(ZSTD_CCtx* context) {
+  static auto& kept = *new std::vector<ZSTD_CCtx*>;
+  kept.push_back(context);
+}
+
 }  // namespace
 
 struct FrameWriter::State {
@@ -96,12 +104,8 @@ FrameWriter::FrameWriter(const std::filesystem::path& path, std::uint64_t conten
                          const FrameOptions& options)
     : state_(std::make_unique<State>(path, content_size, options)) {}
 
-// To free a compressor is to wait for what its threads are at, which takes minutes at the highest
-// level. A frame that isn't finished is one that a failure or an interruption cut off, so its
-// compressor is kept until the process ends.
 FrameWriter::~FrameWriter() {
-  static auto& kept = *new std::vector<ZSTD_CCtx*>;
-  if (!state_->finished) kept.push_back(state_->context.release());
+  if (!state_->finished) KeepUntilTheEnd(state_->context.release());
 }
 
 std::string ZstandardVersion() {
