@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # For scripts that need an Arduino folder and a payload that knows it. Read with ".".
 
 # make_arduino DIR: a small folder of release 1.8.19, by criteria that are to be made for it.

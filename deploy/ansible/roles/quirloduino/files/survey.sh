@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # Lists the Arduino folders of a host, one a line: path, the first line of its version marker, tabs
 # between them. Reads this host and changes nothing. A folder that two names lead to counts once.
 #
