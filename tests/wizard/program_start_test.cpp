@@ -23,7 +23,7 @@ int Start(std::string argument) {
 TEST(SilentStart, BrowsedFolderIsTheArgumentAndHostFolderHasTheSeparator) {
   const TempDir host;
   MakeArduino1819(host.path());
-  const TestStore store(SmallPayload1819());
+  const TestStore store(SmallPayload1819(), false);  // the program loads it
   EXPECT_EQ(Start("--dir=" + host.path()), 0);
   EXPECT_EQ(BrowsedFolder, host.path());
   EXPECT_EQ(HostFolder, host.path() + "\\");
@@ -34,7 +34,7 @@ TEST(SilentStart, BrowsedFolderIsTheArgumentAndHostFolderHasTheSeparator) {
 TEST(SilentStart, NamedFolderStaysOpen) {
   const TempDir host;
   MakeArduino1819(host.path());
-  const TestStore store(SmallPayload1819());
+  const TestStore store(SmallPayload1819(), false);  // the program loads it
   ASSERT_EQ(Start("--dir=" + host.path()), 0);
   ASSERT_NE(NamedFolder, nullptr);
   int names = 0;
@@ -52,7 +52,7 @@ TEST(SilentStart, FolderOf258CharactersIsRecognised) {
   while (path.size() < 158) path += "/" + std::string(50, 'h');
   path += "/" + std::string(258 - path.size() - 1, 'h');
   MakeArduino1819(path);
-  const TestStore store(SmallPayload1819());
+  const TestStore store(SmallPayload1819(), false);  // the program loads it
   testing::internal::CaptureStderr();
   EXPECT_EQ(Start("--dir=" + path), 1);
   EXPECT_EQ(testing::internal::GetCapturedStderr().substr(0, 7), "Error: ");
