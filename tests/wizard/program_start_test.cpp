@@ -20,7 +20,16 @@ int Start(std::string argument) {
   return StartProgram(2, arguments);
 }
 
-TEST(SilentStart, BrowsedFolderIsTheArgumentAndHostFolderHasTheSeparator) {
+// The program itself holds the folder open to its end.
+class SilentStart : public testing::Test {
+ protected:
+  void TearDown() override {
+    if (NamedFolder != nullptr) CloseDirectory(NamedFolder);
+    NamedFolder = nullptr;
+  }
+};
+
+TEST_F(SilentStart, BrowsedFolderIsTheArgumentAndHostFolderHasTheSeparator) {
   const TempDir host;
   MakeArduino1819(host.path());
   const TestStore store(SmallPayload1819(), false);  // the program loads it
@@ -31,7 +40,7 @@ TEST(SilentStart, BrowsedFolderIsTheArgumentAndHostFolderHasTheSeparator) {
 }
 
 // For the whole run, so that nobody takes it away meanwhile where the system minds open folders.
-TEST(SilentStart, NamedFolderStaysOpen) {
+TEST_F(SilentStart, NamedFolderStaysOpen) {
   const TempDir host;
   MakeArduino1819(host.path());
   const TestStore store(SmallPayload1819(), false);  // the program loads it
@@ -40,13 +49,11 @@ TEST(SilentStart, NamedFolderStaysOpen) {
   int names = 0;
   while (NextDirectoryEntry(NamedFolder) != nullptr) ++names;
   EXPECT_GE(names, 4);  // ".", "..", "lib" and "arduino.exe" at least
-  CloseDirectory(NamedFolder);
-  NamedFolder = nullptr;
 }
 
 // The longest is recognised with its whole text. Nothing can be written: there is no room for
 // names.
-TEST(SilentStart, FolderOf258CharactersIsRecognised) {
+TEST_F(SilentStart, FolderOf258CharactersIsRecognised) {
   const TempDir dir;
   std::string path = dir.path();
   while (path.size() < 158) path += "/" + std::string(50, 'h');
